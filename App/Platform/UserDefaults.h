@@ -1,0 +1,36 @@
+// The user's settings: typed values under text keys, kept between runs.
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+#include <variant>
+
+class UserDefaults : public QObject {
+    Q_OBJECT
+
+public:
+    using Value = std::variant<qint64, double, bool, QString, QByteArray>;
+
+    // Absent when nothing is stored under key.
+    virtual std::optional<Value> value(const QString& key) const = 0;
+    // Readable at once and on disk soon after; never waits for the disk.
+    virtual void setValue(const QString& key, const Value& value) = 0;
+
+    // Absent also when a value of another type is stored; an integer can be read as a real.
+    std::optional<qint64> integer(const QString& key) const;
+    std::optional<double> real(const QString& key) const;
+    std::optional<bool> boolean(const QString& key) const;
+    std::optional<QString> text(const QString& key) const;
+    std::optional<QByteArray> data(const QString& key) const;
+
+Q_SIGNALS:
+    // After any value changed, here or in another process.
+    void changed();
+
+private:
+    template <typename T>
+    std::optional<T> typed(const QString& key) const;
+};

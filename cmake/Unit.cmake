@@ -1,0 +1,33 @@
+# Options that every target shares, and the functions that declare a unit and a test.
+add_library(corvella_options INTERFACE)
+target_include_directories(corvella_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(corvella_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wsuggest-override
+    $<$<BOOL:${CORVELLA_WERROR}>:-Werror>)
+target_compile_definitions(corvella_options INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+
+# unit(<name> <source>... LINKS <target>...)
+function(unit name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" LINKS)
+    add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PUBLIC corvella_options ${arg_LINKS})
+endfunction()
+
+# unit_test(<source> LINKS <target>...): one program and one ctest entry per file.
+function(unit_test source)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" LINKS)
+    cmake_path(GET source STEM name)
+    add_executable(${name} ${source})
+    target_link_libraries(${name} PRIVATE corvella_options ${arg_LINKS} Qt6::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 60)
+endfunction()
+
+# bus_test(<source> LINKS <target>...): a unit test with a session bus of its own.
+function(bus_test source)
+    unit_test(${ARGV})
+    cmake_path(GET source STEM name)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1")
+endfunction()
