@@ -14,20 +14,21 @@ function(unit name)
     target_link_libraries(${name} PUBLIC corvella_options ${arg_LINKS})
 endfunction()
 
-# unit_test(<source> LINKS <target>...): one program and one ctest entry per file.
+# unit_test(<source> LINKS <target>... [LAUNCHER <command>...]): one program and one ctest entry per file.
 function(unit_test source)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" LINKS)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS;LAUNCHER")
     cmake_path(GET source STEM name)
     add_executable(${name} ${source})
     target_link_libraries(${name} PRIVATE corvella_options ${arg_LINKS} Qt6::Test)
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${arg_LAUNCHER} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 60)
 endfunction()
 
-# bus_test(<source> LINKS <target>...): a unit test with a session bus of its own.
+# bus_test(<source> LINKS <target>...): a unit test that runs in a session bus of its own.
 function(bus_test source)
-    unit_test(${ARGV})
+    unit_test(${ARGV} LAUNCHER dbus-run-session --)
     cmake_path(GET source STEM name)
-    set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+    set_property(TEST ${name} PROPERTY TIMEOUT 120)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1")
+    set_property(TEST ${name} APPEND PROPERTY LABELS Bus)
 endfunction()

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "App/Platform/Clock.h"
+
+struct FakeClock final : Clock {
+    Moment now() const override { return time; }
+    void advance(double seconds) { time += std::chrono::duration<double>(seconds); }
+
+    Moment time { std::chrono::duration<double>(1'700'000'000.25) };
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "App/Platform/Ticker.h"
+
+#include <utility>
+
+struct FakeTicker final : Ticker {
+    void start(std::chrono::milliseconds every, std::function<void()> call) override
+    {
+        interval = every;
+        fire = std::move(call);
+    }
+
+    void stop() override { fire = nullptr; }
+    bool isRunning() const { return fire != nullptr; }
+
+    std::chrono::milliseconds interval { 0 };
+    std::function<void()> fire;
+};
