@@ -7,6 +7,7 @@
 
 #include <QTest>
 
+#include <csignal>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,7 @@ bool aborts(Body body)
     if (child == 0) {
         const rlimit none {};
         setrlimit(RLIMIT_CORE, &none);
+        std::signal(SIGABRT, SIG_DFL); // The test driver would print a stack trace first.
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
         body();
         _exit(0);
