@@ -12,5 +12,7 @@ Divider::Divider(QWidget* parent)
 
 void Divider::paintEvent(QPaintEvent*)
 {
-    QPainter(this).fillRect(rect(), Theme::current().colors.divider);
+    QPainter painter(this);
+    const qreal hairline = 1 / devicePixelRatioF();
+    painter.fillRect(QRectF(0, 0, width(), hairline), Theme::current().colors.divider);
 }

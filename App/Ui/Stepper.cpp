@@ -85,7 +85,6 @@ void Stepper::setRange(int minimum, int maximum)
     m_minimum = minimum;
     m_maximum = qMax(minimum, maximum);
     update();
-    setValue(m_value);
 }
 
 void Stepper::setStep(int step)
@@ -95,12 +94,11 @@ void Stepper::setStep(int step)
 
 void Stepper::setValue(int value)
 {
-    const int bounded = qBound(m_minimum, value, m_maximum);
-    if (m_value == bounded)
+    if (m_value == value)
         return;
     const bool couldMinus = canStep(Half::minus);
     const bool couldPlus = canStep(Half::plus);
-    m_value = bounded;
+    m_value = value;
     // The number itself is not shown here: only a half that reaches or leaves its limit is seen.
     if (couldMinus != canStep(Half::minus) || couldPlus != canStep(Half::plus))
         update();
@@ -122,7 +120,7 @@ void Stepper::stepBy(int steps)
 void Stepper::edit(int value)
 {
     const int before = m_value;
-    setValue(value);
+    setValue(qBound(m_minimum, value, m_maximum));
     if (m_value != before)
         Q_EMIT edited(m_value);
 }

@@ -23,7 +23,8 @@ public:
 
     void setRange(int minimum, int maximum); // Both may be taken.
     void setStep(int step);
-    void setValue(int value); // Bounded by the range; silent.
+    void setValue(
+        int value); // As it is, silent; outside the range the next step leads back into it.
 
     void placeBox(const QRect& box); // In the parent's coordinates.
     void stepBy(int steps);
