@@ -1,9 +1,4 @@
-#include "App/Focus/PomodoroModel.h"
-#include "Tests/Fakes/FakeClock.h"
-#include "Tests/Fakes/FakeNotifier.h"
-#include "Tests/Fakes/FakeSoundPlayer.h"
-#include "Tests/Fakes/FakeTicker.h"
-#include "Tests/Fakes/FakeUserDefaults.h"
+#include "Tests/Focus/FocusSetup.h"
 
 #include <QTest>
 
@@ -16,31 +11,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Pairs = QList<std::pair<QString, QString>>;
 
-struct Setup {
-    explicit Setup(const QHash<QString, UserDefaults::Value>& stored = {})
-        : defaults(stored)
-    {
-    }
-
-    void tickAfter(double seconds)
-    {
-        clock.advance(seconds);
-        ticker.fire();
-    }
-
-    void completePhase()
-    {
-        model.start();
-        tickAfter(static_cast<double>(model.remaining()));
-    }
-
-    FakeUserDefaults defaults;
-    FakeClock clock;
-    FakeTicker ticker;
-    FakeSoundPlayer sounds;
-    FakeNotifier notifier;
-    PomodoroModel model { defaults, clock, ticker, sounds, notifier };
-};
+using Setup = FocusSetup;
 
 // Runs the body in a child process and tells whether it was aborted.
 template <typename Body>
