@@ -189,12 +189,12 @@ void DefaultsWorker::Shared::sort(
     const DefaultsFile::Entries& changes, const DefaultsFile::Entries& entries)
 {
     for (auto change = changes.begin(); change != changes.end(); ++change) {
-        const auto value = writing.take(change.key());
         if (entries.value(change.key()) == change.value())
             unstorable.remove(change.key());
         else
-            unstorable.insert(change.key(), value);
+            unstorable.insert(change.key(), *writing.constFind(change.key()));
     }
+    writing.clear();
 }
 
 void DefaultsWorker::Shared::look(std::unique_lock<std::mutex>& lock)
