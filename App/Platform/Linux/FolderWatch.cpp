@@ -1,0 +1,62 @@
+#include "App/Platform/Linux/FolderWatch.h"
+
+#include <QFile>
+#include <QSet>
+
+#include <climits>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace {
+
+// Creation counts because a file that is linked into the folder is never written there.
+constexpr uint32_t events
+    = IN_CLOSE_WRITE | IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_ONLYDIR;
+
+QSet<QString> namesIn(const char* buffer, ssize_t size)
+{
+    QSet<QString> names;
+    for (ssize_t at = 0; at < size;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
+        if (event->len > 0)
+            names.insert(QFile::decodeName(event->name));
+        else if ((event->mask & IN_Q_OVERFLOW) != 0)
+            names.insert(QString());
+        at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+    }
+    return names;
+}
+
+}
+
+FolderWatch::FolderWatch()
+    : m_descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+{
+    if (m_descriptor < 0)
+        return;
+    m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &FolderWatch::drain);
+}
+
+FolderWatch::~FolderWatch()
+{
+    m_notifier.reset();
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+bool FolderWatch::watch(const QString& folder)
+{
+    return inotify_add_watch(m_descriptor, QFile::encodeName(folder).constData(), events) >= 0;
+}
+
+void FolderWatch::drain()
+{
+    QSet<QString> names;
+    alignas(inotify_event) char buffer[16 * (sizeof(inotify_event) + NAME_MAX + 1)];
+    ssize_t size = 0;
+    while ((size = ::read(m_descriptor, buffer, sizeof buffer)) > 0)
+        names += namesIn(buffer, size);
+    for (const auto& name : std::as_const(names))
+        Q_EMIT changed(name);
+}

@@ -1,0 +1,39 @@
+// Files that are read whole and replaced whole, or not at all.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace WholeFile {
+
+// Files beyond this are taken for damaged; reading one at start must cost neither time nor memory.
+constexpr qint64 maximumSize = 4 * 1024 * 1024; // Bytes
+
+enum class State {
+    whole,
+    missing,
+    unfit, // Not a regular file, too large, or not ours to read.
+    unreachable, // The disk or the system refuses; may pass.
+};
+
+struct Content {
+    State state = State::missing;
+    QByteArray bytes;
+};
+
+// Never waits for a writer, whatever stands in the file's place.
+Content read(const QString& path);
+
+// The old file stays as it is unless the new one is wholly on the disk. Readable by the user only.
+bool replace(const QString& path, const QByteArray& bytes);
+
+// Renames to path.bad, path.bad-1 and so on, never over another file.
+bool setAside(const QString& path);
+
+// Creates missing folders, the last one for the user only.
+bool makeFolder(const QString& folder);
+
+// The file that symbolic links lead to, there or not; path itself where they lead to no file.
+QString behindLinks(const QString& path);
+
+}
