@@ -8,6 +8,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -74,7 +75,9 @@ private Q_SLOTS:
         QTRY_COMPARE(history().size(), 1);
         const auto shown = history().first();
         QCOMPARE(shown.title, title);
-        QCOMPARE(shown.body, body);
+        auto markup = body;
+        markup.replace(u"&"_s, u"&amp;"_s).replace(u"<"_s, u"&lt;"_s).replace(u">"_s, u"&gt;"_s);
+        QCOMPARE(shown.body, markup);
         QCOMPARE(shown.program, u"Corvella"_s);
         QVERIFY(m_fallback.notifications.isEmpty());
     }
@@ -162,7 +165,7 @@ private Q_SLOTS:
         kill(static_cast<pid_t>(m_server->pid()), SIGCONT);
         QTRY_COMPARE(history().size(), 16);
         QCOMPARE(history().first().title, u"39"_s);
-        QCOMPARE(history().first().body, u"&"_s);
+        QCOMPARE(history().first().body, u"&amp;"_s);
         QVERIFY(m_fallback.notifications.isEmpty());
     }
 
@@ -182,7 +185,12 @@ private Q_SLOTS:
 private:
     void startDunst()
     {
-        m_server = std::make_unique<Daemon>(u"dunst"_s, QStringList { u"-conf"_s, u"/dev/null"_s },
+        QFile configuration(m_dir.filePath(u"dunstrc"_s));
+        QVERIFY(configuration.open(QIODevice::WriteOnly));
+        configuration.write("[global]\nmarkup = full\n");
+        configuration.close();
+        m_server = std::make_unique<Daemon>(u"dunst"_s,
+            QStringList { u"-conf"_s, configuration.fileName() },
             QList { std::pair(u"DISPLAY"_s, m_screen.name()) });
         QTRY_VERIFY_WITH_TIMEOUT(isServed(), 20'000);
     }
@@ -214,6 +222,7 @@ private:
         return found;
     }
 
+    QTemporaryDir m_dir;
     VirtualScreen m_screen;
     FakeNotifier m_fallback;
     std::unique_ptr<Daemon> m_server;
