@@ -35,12 +35,9 @@ JsonUserDefaults& userDefaults()
     return defaults;
 }
 
-// Beside the program where it was installed, else where it was built.
 QString helper(const QString& name)
 {
-    const QString folder = QCoreApplication::applicationDirPath();
-    const QString installed = folder + u"/../libexec/corvella/"_s + name;
-    return installed;
+    return QCoreApplication::applicationDirPath() + u"/../libexec/corvella/"_s + name;
 }
 
 SingleInstance& singleInstance()
@@ -86,7 +83,7 @@ void Wiring::followAppearance()
 
 AppDelegate& Wiring::appDelegate()
 {
-    static auto& statusItem = *new TrayStatusItem({ StatusIcon::badge, StatusIcon::pill });
+    static auto& statusItem = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
     static auto& popover = *new X11PopoverWindow(makePopover);
     static auto& delegate = *new AppDelegate(statusItem, popover, PomodoroModel::shared());
     QObject::connect(
