@@ -12,5 +12,6 @@ Divider::Divider(QWidget* parent)
 
 void Divider::paintEvent(QPaintEvent*)
 {
-    QPainter(this).fillRect(rect(), Theme::current().colors.divider);
+    const QRectF line(0, 0, width(), 1 / devicePixelRatioF());
+    QPainter(this).fillRect(line, Theme::current().colors.divider);
 }
