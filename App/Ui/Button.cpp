@@ -109,7 +109,7 @@ bool Button::hitButton(const QPoint& position) const
 void Button::changeEvent(QEvent* event)
 {
     QAbstractButton::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange)
         updateGeometry();
 }
 

@@ -23,8 +23,9 @@ private Q_SLOTS:
 
     void roleAndColourFollowTheTheme()
     {
-        Label label(TextRole::captionHeading, &Colors::secondary);
-        label.show();
+        QWidget window;
+        Label label(TextRole::captionHeading, &Colors::secondary, &window);
+        window.show();
         QCOMPARE(label.font().pixelSize(), 11);
         QCOMPARE(label.font().weight(), QFont::DemiBold);
         QCOMPARE(label.palette().color(QPalette::WindowText), QColor(0x616168));
