@@ -16,8 +16,16 @@ namespace {
 class AccessibleButton final : public QAccessibleWidget {
 public:
     explicit AccessibleButton(QAbstractButton* button)
-        : QAccessibleWidget(button, roleOf(*button))
+        : QAccessibleWidget(button)
     {
+    }
+
+    // Asked each time: Qt may come for the interface before the button is checkable.
+    QAccessible::Role role() const override
+    {
+        if (!button()->isCheckable())
+            return QAccessible::Button;
+        return button()->autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
     }
 
     QString text(QAccessible::Text kind) const override
@@ -52,13 +60,6 @@ public:
     }
 
 private:
-    static QAccessible::Role roleOf(const QAbstractButton& button)
-    {
-        if (!button.isCheckable())
-            return QAccessible::Button;
-        return button.autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
-    }
-
     QAbstractButton* button() const { return static_cast<QAbstractButton*>(object()); }
 };
 

@@ -109,7 +109,7 @@ bool Button::hitButton(const QPoint& position) const
 void Button::changeEvent(QEvent* event)
 {
     QAbstractButton::changeEvent(event);
-    if (event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange)
         updateGeometry();
 }
 
@@ -140,7 +140,7 @@ QColor Button::fillColor() const
     if (m_kind == Kind::prominent)
         return chosen(*this, hovered, { c.accent, c.accentHover, c.accentPressed });
     if (m_kind == Kind::destructive)
-        return chosen(*this, hovered, { c.button, c.redTintHover, c.redTintPressed });
+        return chosen(*this, hovered, { c.button, c.redTint, c.redTintPressed });
     if (m_kind == Kind::tinted)
         return chosen(*this, hovered, { c.redTint, c.redTintHover, c.redTintPressed });
     return chosen(*this, hovered, { c.button, c.buttonHover, c.buttonPressed });
@@ -153,8 +153,7 @@ QColor Button::ringColor() const
         return Qt::transparent;
     if (!isEnabled())
         return c.disabledRing;
-    const bool isRed = fillColor().rgb() == c.redTint.rgb();
-    return isRed ? c.redRing : c.buttonRing;
+    return m_kind == Kind::tinted ? c.redRing : c.buttonRing;
 }
 
 QColor Button::wordsColor() const

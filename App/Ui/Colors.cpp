@@ -131,6 +131,7 @@ void setControlInks(Colors& c, const Ink& ink)
     c.disabledProminentFill = ink(.07, .09);
     c.disabledProminentWords = ink(.36, .38);
     c.segmentedTrack = ink(.07, .09);
+    c.segmentEdge = withAlpha(Qt::black, .12);
     c.segmentShade = withAlpha(Qt::black, .14);
     c.switchOff = ink(.20, .24);
     c.barTrack = ink(.10, .14);
@@ -142,6 +143,7 @@ void setControlInks(Colors& c, const Ink& ink)
 void setSurfaceInks(Colors& c, const Ink& ink)
 {
     c.divider = ink(.13, .15);
+    c.separator = ink(.23, .23);
     c.tabHover = ink(.05, .07);
     c.tabPressed = ink(.10, .13);
     c.tabSelected = withAlpha(c.mark, .18);

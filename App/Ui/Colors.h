@@ -30,12 +30,12 @@ struct Colors {
     QColor disabledFill, disabledRing, disabledWords;
     QColor disabledProminentFill, disabledProminentWords;
 
-    QColor divider, focusRing;
+    QColor divider, separator, focusRing;
     QColor tabHover, tabPressed, tabSelected;
     QColor card, resultArea;
     QColor tile, tileHover, tileEdit, tilePressed;
     QColor ringTrack, editorOutline, barTrack;
-    QColor segmentedTrack, segment, segmentShade, switchOff;
+    QColor segmentedTrack, segment, segmentEdge, segmentShade, switchOff;
     QColor thumb, thumbHover;
 
     // The inner edge is invalid in light.

@@ -12,7 +12,6 @@ Divider::Divider(QWidget* parent)
 
 void Divider::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    const qreal hairline = 1 / devicePixelRatioF();
-    painter.fillRect(QRectF(0, 0, width(), hairline), Theme::current().colors.divider);
+    const QRectF line(0, 0, width(), 1 / devicePixelRatioF());
+    QPainter(this).fillRect(line, Theme::current().colors.divider);
 }

@@ -1,4 +1,4 @@
-// A line between parts of a view: one device pixel at the top of its geometry of one point.
+// A line between parts of a view: one device pixel at the top of its geometry.
 #pragma once
 
 #include <QWidget>

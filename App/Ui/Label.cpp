@@ -12,7 +12,8 @@ Label::Label(TextRole role, QColor Colors::*color, QWidget* parent)
     , m_color(color)
 {
     setTextFormat(Qt::PlainText);
-    adoptTheme();
+    setFont(Theme::familylessFont(role));
+    adoptColor();
 }
 
 void Label::setRole(TextRole role)
@@ -20,7 +21,7 @@ void Label::setRole(TextRole role)
     if (m_role == role)
         return;
     m_role = role;
-    adoptTheme();
+    setFont(Theme::familylessFont(role));
 }
 
 void Label::setColor(QColor Colors::*color)
@@ -28,7 +29,7 @@ void Label::setColor(QColor Colors::*color)
     if (m_color == color)
         return;
     m_color = color;
-    adoptTheme();
+    adoptColor();
 }
 
 void Label::setElided(bool elided)
@@ -50,19 +51,20 @@ void Label::paintEvent(QPaintEvent* event)
         painter, contentsRect(), alignment(), text(), font(), palette().color(foregroundRole()));
 }
 
-bool Label::event(QEvent* event)
+void Label::changeEvent(QEvent* event)
 {
-    const bool handled = QLabel::event(event);
-    if (event->type() == QEvent::ApplicationFontChange
-        || event->type() == QEvent::ApplicationPaletteChange)
-        adoptTheme();
-    return handled;
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        adoptColor();
 }
 
-void Label::adoptTheme()
+void Label::adoptColor()
 {
-    setFont(Theme::current().font(m_role));
+    const QColor color = Theme::current().colors.*m_color;
+    // Our own change comes back here as an event.
+    if (palette().color(QPalette::WindowText) == color)
+        return;
     QPalette inked;
-    inked.setColor(QPalette::WindowText, Theme::current().colors.*m_color);
+    inked.setColor(QPalette::WindowText, color);
     setPalette(inked);
 }

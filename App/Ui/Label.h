@@ -20,10 +20,10 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
-    void adoptTheme();
+    void adoptColor();
 
     TextRole m_role;
     QColor Colors::*m_color;

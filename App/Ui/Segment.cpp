@@ -37,8 +37,12 @@ void Segment::paintEvent(QPaintEvent*)
     QPainter painter(this);
     if (isChecked()) {
         const QRectF chosen = QRectF(rect()).adjusted(0, inset, 0, -inset);
-        if (isEnabled())
+        if (isEnabled()) {
+            const qreal edge = 1 / devicePixelRatioF();
             Surface::shade(painter, chosen, radius, c.segmentShade, 2);
+            Surface::ring(
+                painter, chosen.adjusted(-edge, -edge, edge, edge), radius + edge, c.segmentEdge);
+        }
         Surface::fill(painter, chosen, radius, isEnabled() ? c.segment : c.disabledFill);
     }
     TextLine::paint(painter, rect(), Qt::AlignHCenter, text(),

@@ -84,7 +84,8 @@ void SegmentedPicker::paintEvent(QPaintEvent*)
         if (before->isChecked() || after->isChecked())
             continue;
         const int x = qMax(before->x(), after->x());
-        painter.fillRect(QRectF(x - 0.5, top, 1, separatorHeight), c.divider);
+        const qreal width = 1 / devicePixelRatioF();
+        painter.fillRect(QRectF(x, top, width, separatorHeight), c.separator);
     }
     if (m_interaction->showsFocus())
         Surface::focusRing(painter, box(), radius);

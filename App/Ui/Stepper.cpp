@@ -24,6 +24,7 @@ namespace {
 constexpr qreal radius = 5;
 constexpr int glyphSide = 12;
 constexpr qreal glyphStroke = 2.2;
+constexpr int separatorInset = 4;
 constexpr qreal limitShare = 0.32;
 constexpr int firstRepeatMilliseconds = 400;
 constexpr int repeatMilliseconds = 80;
@@ -136,8 +137,9 @@ void Stepper::paintEvent(QPaintEvent*)
     paintHalf(painter, Half::minus);
     paintHalf(painter, Half::plus);
     Surface::ring(painter, outline, radius, isEnabled() ? c.buttonRing : c.disabledRing);
-    const QRectF line(outline.center().x() - 0.5, outline.y() + 4, 1, outline.height() - 8);
-    painter.fillRect(line, c.divider);
+    const QRectF line(outline.center().x(), outline.y() + separatorInset, 1 / devicePixelRatioF(),
+        outline.height() - 2 * separatorInset);
+    painter.fillRect(line, isEnabled() ? c.separator : c.disabledRing);
     if (m_interaction->showsFocus())
         Surface::focusRing(painter, outline, radius);
 }

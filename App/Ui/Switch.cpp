@@ -8,6 +8,7 @@
 #include "App/Ui/Theme.h"
 
 #include <QPainter>
+#include <QPixmap>
 
 namespace {
 
@@ -60,17 +61,21 @@ void Switch::placeBox(const QRect& box)
 void Switch::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    if (!isEnabled())
+    if (isEnabled()) {
+        paintTrackAndKnob(painter);
+    } else {
+        // Fades as a whole: the track must not shine through the knob.
+        QPixmap whole(size() * devicePixelRatioF());
+        whole.setDevicePixelRatio(devicePixelRatioF());
+        whole.fill(Qt::transparent);
+        QPainter layer(&whole);
+        paintTrackAndKnob(layer);
+        layer.end();
         painter.setOpacity(disabledShare);
-    const QRectF track = box();
-    Surface::fill(painter, track, track.height() / 2, trackColor());
-    const qreal way = track.width() - knobSide - 2 * inset;
-    const qreal share = layoutDirection() == Qt::RightToLeft ? 1 - m_knob : m_knob;
-    const QRectF knob(track.x() + inset + share * way, track.y() + inset, knobSide, knobSide);
-    Surface::shade(painter, knob, knobSide / 2.0, Contrast::withAlpha(Qt::black, .18), 2);
-    Surface::fill(painter, knob, knobSide / 2.0, Qt::white);
+        painter.drawPixmap(0, 0, whole);
+    }
     if (m_interaction->showsFocus())
-        Surface::focusRing(painter, track, track.height() / 2);
+        Surface::focusRing(painter, box(), box().height() / 2.0);
 }
 
 bool Switch::hitButton(const QPoint& position) const
@@ -92,6 +97,9 @@ void Switch::nextCheckState()
 void Switch::moveKnob()
 {
     const qreal end = isChecked() ? 1 : 0;
+    const bool isSliding = m_slide.state() == QVariantAnimation::Running;
+    if (end == (isSliding ? m_slide.endValue().toReal() : m_knob))
+        return;
     m_slide.stop();
     if (!isVisible()) {
         m_knob = end;
@@ -106,4 +114,15 @@ QColor Switch::trackColor() const
 {
     const Colors& c = Theme::current().colors;
     return between(c.switchOff, c.accent, m_knob);
+}
+
+void Switch::paintTrackAndKnob(QPainter& painter) const
+{
+    const QRectF track = box();
+    Surface::fill(painter, track, track.height() / 2, trackColor());
+    const qreal way = track.width() - knobSide - 2 * inset;
+    const qreal share = layoutDirection() == Qt::RightToLeft ? 1 - m_knob : m_knob;
+    const QRectF knob(track.x() + inset + share * way, track.y() + inset, knobSide, knobSide);
+    Surface::shade(painter, knob, knobSide / 2.0, Contrast::withAlpha(Qt::black, .18), 2);
+    Surface::fill(painter, knob, knobSide / 2.0, Qt::white);
 }

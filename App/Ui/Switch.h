@@ -28,6 +28,7 @@ protected:
 private:
     void moveKnob();
     QColor trackColor() const;
+    void paintTrackAndKnob(QPainter& painter) const;
 
     Interaction* m_interaction;
     QVariantAnimation m_slide;

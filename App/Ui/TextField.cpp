@@ -5,7 +5,6 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
-#include <QEvent>
 #include <QPainter>
 
 namespace {
@@ -28,7 +27,11 @@ TextField::TextField(const QString& placeholder, QWidget* parent)
     const int side = ControlBox::margin + padding - ownPadding;
     setTextMargins(side, ControlBox::margin, side, ControlBox::margin);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    adoptTheme();
+    setFont(Theme::familylessFont(TextRole::body));
+    // The rounded field is ours to paint; all other roles follow the application.
+    QPalette clear;
+    clear.setColor(QPalette::Base, Qt::transparent);
+    setPalette(clear);
 }
 
 QRect TextField::box() const
@@ -59,20 +62,4 @@ void TextField::paintEvent(QPaintEvent* event)
     }
     painter.end();
     QLineEdit::paintEvent(event);
-}
-
-bool TextField::event(QEvent* event)
-{
-    if (event->type() == QEvent::ApplicationFontChange)
-        adoptTheme();
-    return QLineEdit::event(event);
-}
-
-void TextField::adoptTheme()
-{
-    setFont(Theme::current().font(TextRole::body));
-    // The rounded field is ours to paint; all other roles follow the application.
-    QPalette clear;
-    clear.setColor(QPalette::Base, Qt::transparent);
-    setPalette(clear);
 }

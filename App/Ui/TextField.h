@@ -20,10 +20,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
-    void adoptTheme();
-
     Interaction* m_interaction;
 };

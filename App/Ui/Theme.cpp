@@ -108,8 +108,15 @@ Theme::Theme(const ThemeChoice& choice)
 
 QFont Theme::font(TextRole role) const
 {
+    QFont font = familylessFont(role);
+    font.setFamily(m_family);
+    return font;
+}
+
+QFont Theme::familylessFont(TextRole role)
+{
     const Type type = typeOf(role);
-    QFont font(m_family);
+    QFont font;
     font.setStyleHint(QFont::SansSerif);
     font.setPixelSize(type.size);
     font.setWeight(QFont::Weight(type.weight));

@@ -1,5 +1,5 @@
 // The colours and fonts in force. Whoever joins us to the desktop applies its choice; Qt then tells
-// every widget through PaletteChange and ApplicationFontChange.
+// every widget through PaletteChange and FontChange.
 #pragma once
 
 #include "App/Ui/Colors.h"
@@ -27,6 +27,8 @@ public:
     bool isDark() const { return m_choice.dark; }
     QString fontFamily() const { return m_family; }
     QFont font(TextRole role) const;
+    // Without a family, for setFont(): a widget follows the application in what it does not set.
+    static QFont familylessFont(TextRole role);
     // The height of a line of this role, in points.
     static int lineHeight(TextRole role);
 

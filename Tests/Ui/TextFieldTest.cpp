@@ -1,0 +1,83 @@
+#include "App/Ui/TextField.h"
+#include "App/Ui/Theme.h"
+
+#include <QAccessible>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+struct Setup {
+    Setup()
+    {
+        Theme::apply({});
+        window.resize(300, 100);
+        field.placeBox({ 20, 30, 150, 24 });
+        window.show();
+    }
+
+    QColor at(const QPoint& position) { return field.grab().toImage().pixelColor(position); }
+
+    QWidget window;
+    TextField field { u"Label"_s, &window };
+};
+
+class TextFieldTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theVisibleBoxStandsWhereItIsPlaced()
+    {
+        Setup s;
+        QCOMPARE(s.field.box().translated(s.field.pos()), QRect(20, 30, 150, 24));
+    }
+
+    void anyFocusBringsTheRing()
+    {
+        Setup s;
+        s.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&s.window));
+        s.field.clearFocus();
+        const QColor bare = s.at({ 70, 1 });
+        s.field.setFocus(Qt::MouseFocusReason);
+        QVERIFY(s.at({ 70, 1 }) != bare);
+        QCOMPARE(s.at({ 70, 3 }), Theme::current().colors.mark);
+        s.field.clearFocus();
+        QCOMPARE(s.at({ 70, 1 }), bare);
+    }
+
+    void aNewThemeColoursFieldAndWords()
+    {
+        Setup s;
+        Theme::apply({ .dark = true });
+        const Colors& c = Theme::current().colors;
+        QTRY_COMPARE(s.field.palette().color(QPalette::Text), c.text);
+        QCOMPARE(s.field.palette().color(QPalette::PlaceholderText), c.placeholder);
+        QCOMPARE(s.at({ 100, 15 }), c.field);
+    }
+
+    void theFontFollowsTheTheme()
+    {
+        Setup s;
+        Theme::apply({ .fontFamily = u"DejaVu Sans"_s });
+        QTRY_COMPARE(s.field.font().family(), u"DejaVu Sans"_s);
+        QCOMPARE(s.field.font().pixelSize(), 13);
+    }
+
+    void typingFillsIt()
+    {
+        Setup s;
+        QTest::keyClicks(&s.field, u"Notes"_s);
+        QCOMPARE(s.field.text(), u"Notes"_s);
+    }
+
+    void itsPlaceholderIsItsName()
+    {
+        Setup s;
+        auto* accessible = QAccessible::queryAccessibleInterface(&s.field);
+        QCOMPARE(accessible->role(), QAccessible::EditableText);
+        QCOMPARE(accessible->text(QAccessible::Name), u"Label"_s);
+    }
+};
+
+QTEST_MAIN(TextFieldTest)
+#include "TextFieldTest.moc"
