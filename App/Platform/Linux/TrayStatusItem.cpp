@@ -65,6 +65,7 @@ void TrayStatusItem::settle()
     if (!m_shown || !m_hosts.isSettled())
         return;
     const auto host = m_hosts.host();
+    m_clicked = {};
     const bool docks = m_tray.isPresent() && (!host || host->yieldsToXEmbed);
     if (docks) {
         m_notifierItem.withdraw();

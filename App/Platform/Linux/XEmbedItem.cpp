@@ -78,6 +78,9 @@ XEmbedItem::XEmbedItem(const XEmbedTray& tray, const StatusPainter& painter)
     , m_painter(painter)
 {
     qApp->installNativeEventFilter(this);
+    m_repaint.setSingleShot(true);
+    m_repaint.setInterval(250);
+    connect(&m_repaint, &QTimer::timeout, this, &XEmbedItem::paint);
 }
 
 XEmbedItem::~XEmbedItem()
@@ -118,13 +121,14 @@ void XEmbedItem::undock()
     xcb_free_gc(x, m_context);
     xcb_destroy_window(x, std::exchange(m_window, XCB_WINDOW_NONE));
     xcb_flush(x);
-    m_size = {};
+    m_isMapped = false;
     m_requested = {};
     m_shape = {};
 }
 
 void XEmbedItem::createWindow()
 {
+    m_size = m_pill.size(); // Until the tray gives another.
     auto* const x = X11Connection::connection();
     const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(x)).data;
     m_depth = depthOf(m_tray.visual());
@@ -192,10 +196,18 @@ void XEmbedItem::resize(const QSize& size)
     if (size == m_size)
         return;
     m_size = size;
+    fit();
+}
+
+void XEmbedItem::fit()
+{
     m_shape = {};
     render();
     requestSize();
     paint();
+    // A tray that composes its items itself may do so before the item has found its place.
+    if (m_blends)
+        m_repaint.start();
 }
 
 void XEmbedItem::render()
@@ -207,7 +219,7 @@ void XEmbedItem::render()
 
 void XEmbedItem::paint()
 {
-    if (m_size.isEmpty())
+    if (!m_isMapped)
         return;
     QImage image(m_size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -246,7 +258,7 @@ void XEmbedItem::cutOut(const QImage& image)
 
 QRect XEmbedItem::geometry() const
 {
-    if (m_size.isEmpty())
+    if (!m_isMapped)
         return {};
     auto* const x = X11Connection::connection();
     const auto cookie = xcb_translate_coordinates(x, m_window, X11Connection::root(), 0, 0);
@@ -269,6 +281,12 @@ void XEmbedItem::handle(const xcb_generic_event_t& event)
     case XCB_EXPOSE:
         if (reinterpret_cast<const xcb_expose_event_t&>(event).window == m_window)
             paint();
+        break;
+    case XCB_MAP_NOTIFY:
+        if (reinterpret_cast<const xcb_map_notify_event_t&>(event).window == m_window) {
+            m_isMapped = true;
+            fit();
+        }
         break;
     case XCB_CONFIGURE_NOTIFY: {
         const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);

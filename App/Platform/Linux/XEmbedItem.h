@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QRect>
 #include <QSize>
+#include <QTimer>
 
 #include <xcb/xcb.h>
 
@@ -40,6 +41,7 @@ private:
     void requestDock();
     void requestSize();
     void resize(const QSize& size);
+    void fit();
     void click(const xcb_button_release_event_t& release);
     void render();
     void paint();
@@ -53,8 +55,10 @@ private:
     xcb_gcontext_t m_context = 0;
     uint8_t m_depth = 0;
     bool m_blends = false; // Its transparent parts show the panel; else it is cut to shape.
-    QSize m_size; // Of the window, in device pixels; empty until the tray has given one.
+    bool m_isMapped = false; // Only then does the tray give the window its real size.
+    QSize m_size; // Of the window, in device pixels.
     QSize m_requested;
+    QTimer m_repaint;
     QImage m_pill;
     QImage m_shape; // What the window was last cut to.
 };
