@@ -1,0 +1,199 @@
+"""Corvella as a person meets it: through the panel, the keyboard, the pointer and a screen reader."""
+
+import json
+import os
+import re
+import shlex
+import signal
+import subprocess
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+NAME = "org.corvella.Corvella"
+IDLE = "●"
+
+
+def run(command):
+    """The output of a command given as one line; fails when the command does."""
+    return subprocess.run(
+        shlex.split(command), check=True, capture_output=True, text=True, timeout=20
+    ).stdout
+
+
+def wait_until(condition, what, seconds=10):
+    """The first true answer of condition(), which may also raise while it is too early."""
+    end = time.monotonic() + seconds
+    while True:
+        try:
+            answer = condition()
+        except Exception:  # A window, a name or an accessible that is not there yet.
+            answer = None
+        if answer:
+            return answer
+        if time.monotonic() > end:
+            raise AssertionError(f"never: {what}")
+        time.sleep(0.02)
+
+
+class Daemon:
+    """A program beside the one under test, for as long as it is held."""
+
+    def __init__(self, command, **options):
+        self.process = subprocess.Popen(
+            shlex.split(command), stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, **options
+        )
+
+    def stop(self, how=signal.SIGTERM):
+        self.process.send_signal(how)
+        self.process.wait(10)
+        self.process.stdout.close()
+
+
+def enable_accessibility():
+    run(
+        "gdbus call --session -d org.a11y.Bus -o /org/a11y/bus"
+        " -m org.freedesktop.DBus.Properties.Set org.a11y.Status IsEnabled '<true>'"
+    )
+
+
+def settings_file():
+    return os.path.join(os.environ["XDG_CONFIG_HOME"], "corvella", "defaults.json")
+
+
+def store(**values):
+    """Writes user defaults as another program would."""
+    os.makedirs(os.path.dirname(settings_file()), exist_ok=True)
+    new = settings_file() + ".new"
+    with open(new, "w", encoding="utf-8") as file:
+        json.dump(values, file)
+    os.rename(new, settings_file())
+
+
+def stored():
+    with open(settings_file(), encoding="utf-8") as file:
+        return json.load(file)
+
+
+class Corvella:
+    """A running Corvella; the program's path is this test's first argument."""
+
+    program = None
+
+    def __init__(self):
+        self.process = subprocess.Popen([self.program])
+        wait_until(self.title, "the program answers")
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait(10)
+
+    def title(self):
+        """The item's text, as a status bar that shows text reads it."""
+        answer = run(
+            f"gdbus call --session -d {NAME} -o /StatusNotifierItem"
+            " -m org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel"
+        )
+        return re.fullmatch(r"\(<'(.*)'>,\)", answer.strip())[1]
+
+    def wait_for_title(self, pattern, seconds=10):
+        return wait_until(lambda: re.fullmatch(pattern, self.title()), f"title {pattern}", seconds)
+
+    def item(self):
+        """Where the item stands in the tray: x, y, width, height. None where it does not."""
+        for line in run("xwininfo -root -tree").splitlines():
+            found = re.search(
+                r'"Corvella": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
+            )
+            if found and int(found[2]) < 60:
+                width, height, x, y = map(int, found.groups())
+                return (x, y, width, height) if x >= 0 and y >= 0 else None
+        return None
+
+    def click_item(self):
+        x, y, width, height = wait_until(self.item, "the item stands in the tray")
+        click(x + width // 2, y + height // 2)
+
+    def open_popover(self):
+        self.click_item()
+        return wait_until(self.popover, "the popover opens")
+
+    def wait_until_closed(self):
+        wait_until(lambda: not self.popover(), "the popover closes")
+
+    def popover(self):
+        """The accessible root of the popover; None while it is closed."""
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            program = desktop.get_child_at_index(index)
+            if program and program.get_process_id() == self.process.pid:
+                for each in children(program):
+                    if each.get_name() == "Corvella" and is_showing(each):
+                        return each
+        return None
+
+    def find(self, role, name):
+        """A showing widget of the popover by role and name."""
+
+        def found():
+            return next(
+                each
+                for each in everything(self.popover())
+                if each.get_role_name() == role and each.get_name() == name and is_showing(each)
+            )
+
+        return wait_until(found, f"{role} «{name}»")
+
+    def press(self, name, role="push button"):
+        self.find(role, name).do_action(0)
+
+
+def children(accessible):
+    return [accessible.get_child_at_index(i) for i in range(accessible.get_child_count())]
+
+
+def everything(accessible):
+    yield accessible
+    for child in children(accessible):
+        yield from everything(child)
+
+
+def has_state(accessible, state):
+    accessible.clear_cache_single()
+    return accessible.get_state_set().contains(state)
+
+
+def is_showing(accessible):
+    return has_state(accessible, Atspi.StateType.SHOWING)
+
+
+def click(x, y, button=1):
+    run(f"xdotool mousemove {x} {y}")
+    run(f"xdotool click {button}")
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True, timeout=20)
+
+
+def press_key(key):
+    run(f"xdotool key {key}")
+
+
+def screenshot(name):
+    """Keeps a picture of the screen where whoever runs the test asked for one."""
+    folder = os.environ.get("CORVELLA_PICTURES")
+    if folder:
+        os.makedirs(folder, exist_ok=True)
+        run(f"import -window root {folder}/{name}.png")
+
+
+def main():
+    import unittest
+
+    Corvella.program = sys.argv.pop(1)
+    unittest.main(verbosity=2)
