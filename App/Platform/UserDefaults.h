@@ -26,6 +26,12 @@ public:
     std::optional<QString> text(const QString& key) const;
     std::optional<QByteArray> data(const QString& key) const;
 
+    void setInteger(const QString& key, qint64 number) { setValue(key, number); }
+    void setReal(const QString& key, double number) { setValue(key, number); }
+    void setBoolean(const QString& key, bool flag) { setValue(key, flag); }
+    void setText(const QString& key, const QString& text) { setValue(key, text); }
+    void setData(const QString& key, const QByteArray& bytes) { setValue(key, bytes); }
+
 Q_SIGNALS:
     // After any value changed, here or in another process.
     void changed();

@@ -5,6 +5,11 @@
 #include <QHash>
 
 struct FakeUserDefaults final : UserDefaults {
+    explicit FakeUserDefaults(const QHash<QString, Value>& stored = {})
+        : values(stored)
+    {
+    }
+
     std::optional<Value> value(const QString& key) const override
     {
         const auto found = values.constFind(key);

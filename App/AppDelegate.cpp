@@ -1,0 +1,43 @@
+#include "App/AppDelegate.h"
+
+#include "App/Focus/PomodoroModel.h"
+#include "App/Platform/PopoverWindow.h"
+#include "App/Platform/StatusItem.h"
+#include "App/StatusTitle.h"
+
+#include <QCoreApplication>
+
+AppDelegate::AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer)
+    : m_statusItem(statusItem)
+    , m_popover(popover)
+    , m_timer(timer)
+{
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    connect(&m_statusItem, &StatusItem::activated, this, &AppDelegate::togglePopover);
+    connect(&m_statusItem, &StatusItem::quitRequested, qApp, &QCoreApplication::quit);
+    m_statusItem.show();
+    updateTitle();
+    m_timer.observe(this, [this] { updateTitle(); });
+}
+
+void AppDelegate::updateTitle()
+{
+    m_statusItem.setTitle(statusTitle(m_timer.isActive(), m_timer.phase(), m_timer.timeString()));
+}
+
+void AppDelegate::showPopover()
+{
+    if (!m_popover.isShown())
+        m_popover.show(m_statusItem.geometry());
+}
+
+void AppDelegate::togglePopover()
+{
+    if (m_popover.isShown())
+        m_popover.close();
+    else
+        m_popover.show(m_statusItem.geometry());
+}

@@ -1,0 +1,26 @@
+// The program's spine: what happens at launch, the item's title, and its popover.
+#pragma once
+
+#include <QObject>
+
+class PomodoroModel;
+class PopoverWindow;
+class StatusItem;
+
+class AppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer);
+
+    void applicationDidFinishLaunching();
+    void showPopover();
+    void togglePopover();
+
+private:
+    void updateTitle();
+
+    StatusItem& m_statusItem;
+    PopoverWindow& m_popover;
+    PomodoroModel& m_timer;
+};

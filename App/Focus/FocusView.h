@@ -1,0 +1,43 @@
+// The Focus tab: the timer as a ring, the task, the controls and the three lengths.
+#pragma once
+
+#include <QWidget>
+
+class Button;
+class Divider;
+class Label;
+class LengthStepper;
+class PomodoroModel;
+class ProgressRing;
+class SessionCount;
+class TextField;
+
+class FocusView final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FocusView(PomodoroModel& model);
+
+private:
+    void build();
+    void connectControls();
+    void refresh();
+    void toggle();
+    void arrange();
+    void arrangeControls(const QRect& row);
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+    PomodoroModel& m_model;
+    Label* m_phase;
+    ProgressRing* m_ring;
+    TextField* m_task;
+    Button* m_toggle;
+    Button* m_reset;
+    Button* m_skip;
+    SessionCount* m_sessions;
+    Divider* m_divider;
+    LengthStepper* m_focusLength;
+    LengthStepper* m_shortLength;
+    LengthStepper* m_longLength;
+};

@@ -1,0 +1,34 @@
+// One phase length: its title over the minutes and the stepper that changes them.
+#pragma once
+
+#include <QWidget>
+
+class Label;
+class Stepper;
+
+class LengthStepper final : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int height = 36;
+
+    // The most minutes that can be stepped to; the fewest are 1.
+    LengthStepper(const QString& title, int most, QWidget* parent);
+
+    void setMinutes(qint64 minutes); // Shown as they are, inside the range or not.
+
+Q_SIGNALS:
+    void edited(qint64 minutes);
+
+private:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    QString words() const;
+    void arrange();
+
+    Label* m_title;
+    Stepper* m_stepper;
+    qint64 m_minutes = 0;
+    QRect m_words; // Where the minutes are painted.
+};

@@ -1,0 +1,114 @@
+#include "App/Platform/Linux/PortalAppearance.h"
+
+#include "App/Platform/Linux/FontNames.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+using namespace Qt::StringLiterals;
+
+using Spaces = QMap<QString, QVariantMap>;
+
+static const auto service = u"org.freedesktop.portal.Desktop"_s;
+static const auto path = u"/org/freedesktop/portal/desktop"_s;
+static const auto interface = u"org.freedesktop.portal.Settings"_s;
+
+static const auto colours = u"org.freedesktop.appearance"_s;
+static const auto gnome = u"org.gnome.desktop.interface"_s;
+static const auto kde = u"org.kde.kdeglobals.General"_s;
+
+PortalAppearance::PortalAppearance(QDBusConnection bus)
+    : m_bus(bus)
+    , m_watcher(service, bus, QDBusServiceWatcher::WatchForRegistration)
+{
+    qDBusRegisterMetaType<Spaces>();
+    if (!m_bus.isConnected())
+        return;
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
+        SLOT(changeSetting(QString, QString, QDBusVariant)));
+    // A portal that comes late or again may have missed changes itself.
+    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalAppearance::readAll);
+    readAll();
+}
+
+void PortalAppearance::readAll()
+{
+    auto request = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
+    request << QStringList { colours, gnome, kde };
+    auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(request), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        call->deleteLater();
+        learnAll(call->reply());
+    });
+}
+
+void PortalAppearance::learnAll(const QDBusMessage& answer)
+{
+    const QDBusPendingReply<Spaces> spaces(QDBusPendingCall::fromCompletedCall(answer));
+    if (!spaces.isValid())
+        return;
+    m_settings.clear();
+    const auto told = spaces.value();
+    for (auto space = told.cbegin(); space != told.cend(); ++space) {
+        for (auto setting = space->cbegin(); setting != space->cend(); ++setting)
+            m_settings.insert(space.key() + u'/' + setting.key(), setting.value());
+    }
+    show();
+}
+
+void PortalAppearance::changeSetting(
+    const QString& space, const QString& key, const QDBusVariant& value)
+{
+    if (space != colours && space != gnome && space != kde)
+        return;
+    m_settings.insert(space + u'/' + key, value.variant());
+    show();
+}
+
+void PortalAppearance::show()
+{
+    constexpr uint preferDark = 1;
+    const Look look {
+        .dark = m_settings.value(colours + u"/color-scheme"_s).toUInt() == preferDark,
+        .accent = readAccent(),
+        .fontFamily = readFontFamily(),
+    };
+    if (look == m_look)
+        return;
+    m_look = look;
+    Q_EMIT changed();
+}
+
+QColor PortalAppearance::readAccent() const
+{
+    const auto value = m_settings.value(colours + u"/accent-color"_s);
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != u"(ddd)"_s)
+        return {};
+    double red = -1;
+    double green = -1;
+    double blue = -1;
+    argument.beginStructure();
+    argument >> red >> green >> blue;
+    argument.endStructure();
+    // Desktops without an accent colour tell one out of range.
+    const auto isLight = [](double part) { return part >= 0 && part <= 1; };
+    if (!isLight(red) || !isLight(green) || !isLight(blue))
+        return {};
+    return QColor::fromRgbF(float(red), float(green), float(blue));
+}
+
+QString PortalAppearance::readFontFamily() const
+{
+    const auto family
+        = FontNames::pangoFamily(m_settings.value(gnome + u"/font-name"_s).toString());
+    if (!family.isEmpty())
+        return family;
+    return FontNames::kdeFamily(m_settings.value(kde + u"/font"_s).toString());
+}

@@ -1,0 +1,14 @@
+// Qt's own connection to the X server, for the few requests that Qt has no call for.
+#pragma once
+
+#include <xcb/xcb.h>
+
+namespace X11Connection {
+
+xcb_connection_t* connection(); // Null where Qt does not draw through X11.
+xcb_window_t root();
+xcb_atom_t atom(const char* name); // Asked of the server once a name.
+// Asks the window manager, or whoever listens at the root, for something done to a window.
+void sendToRoot(xcb_window_t window, const char* type, const uint32_t (&values)[5]);
+
+}

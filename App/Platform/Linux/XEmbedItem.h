@@ -1,0 +1,60 @@
+// The item as a window docked in an X11 system tray, which shows the whole title.
+#pragma once
+
+#include "App/Platform/StatusPainter.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+#include <QRect>
+#include <QSize>
+
+#include <xcb/xcb.h>
+
+class XEmbedTray;
+
+class XEmbedItem final : public QObject, private QAbstractNativeEventFilter {
+    Q_OBJECT
+
+public:
+    XEmbedItem(const XEmbedTray& tray, const StatusPainter& painter);
+    ~XEmbedItem() override;
+
+    void setTitle(const StatusTitle& title);
+
+    // Docks into the tray of now, leaving the one before.
+    void dock();
+    void undock();
+    bool isDocked() const { return m_window != XCB_WINDOW_NONE; }
+
+    // In Qt's global coordinates; null while not docked.
+    QRect geometry() const;
+
+Q_SIGNALS:
+    void activated();
+    void menuRequested();
+
+private:
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+    void handle(const xcb_generic_event_t& event);
+    void createWindow();
+    void requestDock();
+    void requestSize();
+    void resize(const QSize& size);
+    void click(const xcb_button_release_event_t& release);
+    void render();
+    void paint();
+    void cutOut(const QImage& image);
+
+    const XEmbedTray& m_tray;
+    StatusPainter m_painter;
+    StatusTitle m_title;
+    xcb_window_t m_dockedInto = XCB_WINDOW_NONE;
+    xcb_window_t m_window = XCB_WINDOW_NONE;
+    xcb_gcontext_t m_context = 0;
+    uint8_t m_depth = 0;
+    bool m_blends = false; // Its transparent parts show the panel; else it is cut to shape.
+    QSize m_size; // Of the window, in device pixels; empty until the tray has given one.
+    QSize m_requested;
+    QImage m_pill;
+    QImage m_shape; // What the window was last cut to.
+};

@@ -1,0 +1,98 @@
+#include "App/Platform/Linux/XEmbedTray.h"
+
+#include "App/Platform/Linux/X11Connection.h"
+
+#include <QCoreApplication>
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+template <typename Reply>
+using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
+
+template <typename Reply>
+Owned<Reply> owned(Reply* reply)
+{
+    return { reply, &std::free };
+}
+
+xcb_window_t selectionOwner(xcb_atom_t selection)
+{
+    auto* const x = X11Connection::connection();
+    const auto cookie = xcb_get_selection_owner(x, selection);
+    const auto reply = owned(xcb_get_selection_owner_reply(x, cookie, nullptr));
+    return reply ? reply->owner : xcb_window_t { XCB_WINDOW_NONE };
+}
+
+// False when the window is gone already.
+bool listenForEnd(xcb_window_t window)
+{
+    auto* const x = X11Connection::connection();
+    const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const auto cookie = xcb_change_window_attributes_checked(x, window, XCB_CW_EVENT_MASK, &mask);
+    return !owned(xcb_request_check(x, cookie));
+}
+
+xcb_visualid_t wantedVisual(xcb_window_t tray)
+{
+    auto* const x = X11Connection::connection();
+    const auto cookie = xcb_get_property(
+        x, 0, tray, X11Connection::atom("_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID, 0, 1);
+    const auto reply = owned(xcb_get_property_reply(x, cookie, nullptr));
+    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 4)
+        return 0;
+    return *static_cast<const xcb_visualid_t*>(xcb_get_property_value(reply.get()));
+}
+
+}
+
+XEmbedTray::XEmbedTray()
+{
+    if (!X11Connection::connection())
+        return;
+    m_selection = X11Connection::atom("_NET_SYSTEM_TRAY_S0");
+    qApp->installNativeEventFilter(this);
+    listenForManagers();
+    findOwner();
+}
+
+void XEmbedTray::listenForManagers()
+{
+    auto* const x = X11Connection::connection();
+    const auto cookie = xcb_get_window_attributes(x, X11Connection::root());
+    const auto reply = owned(xcb_get_window_attributes_reply(x, cookie, nullptr));
+    // The mask is the connection's, and Qt needs what it has chosen.
+    const uint32_t mask
+        = (reply ? reply->your_event_mask : 0U) | uint32_t { XCB_EVENT_MASK_STRUCTURE_NOTIFY };
+    xcb_change_window_attributes(x, X11Connection::root(), XCB_CW_EVENT_MASK, &mask);
+}
+
+void XEmbedTray::findOwner()
+{
+    auto owner = selectionOwner(m_selection);
+    if (owner != XCB_WINDOW_NONE && !listenForEnd(owner))
+        owner = XCB_WINDOW_NONE; // Its successor will say so.
+    if (owner == m_window)
+        return;
+    m_window = owner;
+    m_visual = owner == XCB_WINDOW_NONE ? 0 : wantedVisual(owner);
+    Q_EMIT changed();
+}
+
+bool XEmbedTray::nativeEventFilter(const QByteArray&, void* message, qintptr*)
+{
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    const auto type = event->response_type & 0x7f;
+    if (type == XCB_CLIENT_MESSAGE) {
+        const auto* manager = static_cast<const xcb_client_message_event_t*>(message);
+        if (manager->type == X11Connection::atom("MANAGER")
+            && manager->data.data32[1] == m_selection)
+            findOwner();
+    } else if (type == XCB_DESTROY_NOTIFY && isPresent()) {
+        if (static_cast<const xcb_destroy_notify_event_t*>(message)->window == m_window)
+            findOwner();
+    }
+    return false;
+}

@@ -1,0 +1,84 @@
+#include "App/TabButton.h"
+
+#include "App/Ui/Corners.h"
+#include "App/Ui/Symbols.h"
+#include "App/Ui/TextLine.h"
+#include "App/Ui/Theme.h"
+
+#include <QFocusEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr int symbolSize = 15;
+constexpr qreal radius = 7;
+constexpr int padding = 6;
+constexpr int symbolSlot = 18;
+constexpr int spacing = 2;
+
+}
+
+TabButton::TabButton(const QString& symbol, const QString& title, QWidget* parent)
+    : QAbstractButton(parent)
+    , m_symbol(symbol)
+{
+    setText(title);
+    setCheckable(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void TabButton::hideTitle()
+{
+    m_titleIsHidden = true;
+    update();
+}
+
+void TabButton::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(Corners::continuous(rect(), radius), ground());
+
+    const auto& theme = Theme::current();
+    const auto& ink = isChecked() ? theme.colors.accentText : theme.colors.text;
+    const int side = Symbols::boxSize(symbolSize);
+    if (m_titleIsHidden) {
+        Symbols::paint(painter, m_symbol, Symbols::centered(side, rect()), ink);
+        return;
+    }
+    const QRect symbol(0, padding, width(), symbolSlot);
+    const QRect title(
+        0, symbol.bottom() + 1 + spacing, width(), Theme::lineHeight(TextRole::tabTitle));
+    Symbols::paint(painter, m_symbol, Symbols::centered(side, symbol), ink);
+    TextLine::paint(painter, title, Qt::AlignHCenter, text(), theme.font(TextRole::tabTitle), ink);
+}
+
+QColor TabButton::ground() const
+{
+    const auto& colors = Theme::current().colors;
+    if (isChecked())
+        return colors.tabSelected;
+    if (isDown())
+        return colors.tabPressed;
+    return underMouse() ? colors.tabHover : QColor(Qt::transparent);
+}
+
+void TabButton::focusInEvent(QFocusEvent* event)
+{
+    QAbstractButton::focusInEvent(event);
+    setShowsFocus(
+        event->reason() != Qt::MouseFocusReason && event->reason() != Qt::ActiveWindowFocusReason);
+}
+
+void TabButton::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractButton::focusOutEvent(event);
+    setShowsFocus(false);
+}
+
+void TabButton::setShowsFocus(bool shows)
+{
+    if (std::exchange(m_showsFocus, shows) != shows)
+        parentWidget()->update(geometry().adjusted(-3, -3, 3, 3));
+}

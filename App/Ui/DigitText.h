@@ -1,0 +1,36 @@
+// Times and figures whose digits stand in equal cells, so that a running clock does not jitter.
+// No feature of the font is needed; every glyph is centred in its cell.
+#pragma once
+
+#include <QFont>
+
+class QChar;
+class QColor;
+class QPainter;
+class QPointF;
+class QRectF;
+class QString;
+
+class DigitText final {
+public:
+    // Digits as wide as the font's 0; all else keeps its own width.
+    explicit DigitText(const QFont& font);
+    // The cells of the large time in the ring; six characters stand closer than five.
+    static DigitText ring(const QFont& font, qsizetype characters);
+
+    qreal width(const QString& text) const;
+    // Centred in the box, both ways.
+    void paint(
+        QPainter& painter, const QRectF& box, const QString& text, const QColor& color) const;
+    // From the left edge x on the baseline y.
+    void paintAt(
+        QPainter& painter, const QPointF& start, const QString& text, const QColor& color) const;
+
+private:
+    qreal cellOf(QChar character) const;
+
+    QFont m_font;
+    qreal m_digitCell = 0;
+    qreal m_colonCell = 0; // 0: the colon's own width.
+    qreal m_colonRise = 0;
+};

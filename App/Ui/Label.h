@@ -1,0 +1,31 @@
+// Words in a role and a colour of the theme. Always plain text: what it shows may come from
+// outside.
+#pragma once
+
+#include "App/Ui/Colors.h"
+#include "App/Ui/TextRole.h"
+
+#include <QLabel>
+
+class Label final : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit Label(TextRole role, QColor Colors::*color, QWidget* parent = nullptr);
+
+    void setRole(TextRole role);
+    void setColor(QColor Colors::*color);
+    // One line, what does not fit ends in an ellipsis; the whole text stays its accessible name.
+    void setElided(bool elided);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void adoptTheme();
+
+    TextRole m_role;
+    QColor Colors::*m_color;
+    bool m_elided = false;
+};

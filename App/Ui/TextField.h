@@ -1,0 +1,29 @@
+// One line of text to be typed.
+#pragma once
+
+#include <QLineEdit>
+
+class Interaction;
+
+class TextField final : public QLineEdit {
+    Q_OBJECT
+
+public:
+    // The placeholder is also its name for assistive technology.
+    explicit TextField(const QString& placeholder, QWidget* parent = nullptr);
+
+    QRect box() const; // In the field's own coordinates.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+    void placeBox(const QRect& box); // In the parent's coordinates.
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void adoptTheme();
+
+    Interaction* m_interaction;
+};

@@ -1,0 +1,92 @@
+#include "App/Wiring.h"
+
+#include "App/AppDelegate.h"
+#include "App/Focus/PomodoroModel.h"
+#include "App/Platform/Linux/DBusNotifier.h"
+#include "App/Platform/Linux/HelperSoundPlayer.h"
+#include "App/Platform/Linux/JsonUserDefaults.h"
+#include "App/Platform/Linux/PortalAppearance.h"
+#include "App/Platform/Linux/QtTicker.h"
+#include "App/Platform/Linux/ScriptNotifier.h"
+#include "App/Platform/Linux/SingleInstance.h"
+#include "App/Platform/Linux/SystemClock.h"
+#include "App/Platform/Linux/TrayStatusItem.h"
+#include "App/Platform/Linux/X11Compositor.h"
+#include "App/Platform/Linux/X11PopoverWindow.h"
+#include "App/Popover.h"
+#include "App/RootView.h"
+#include "App/StatusIcon.h"
+#include "App/TabContent.h"
+#include "App/Ui/Theme.h"
+
+#include <QCoreApplication>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+// Whatever is made here lives as long as the program and is never destroyed, except the user
+// defaults: they have a last word for the disk.
+namespace {
+
+JsonUserDefaults& userDefaults()
+{
+    const auto folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    static JsonUserDefaults defaults(folder + u"/corvella/defaults.json"_s);
+    return defaults;
+}
+
+QString helper(const QString& name)
+{
+    return QCoreApplication::applicationDirPath() + u"/../libexec/corvella/"_s + name;
+}
+
+SingleInstance& singleInstance()
+{
+    static auto& instance = *new SingleInstance;
+    return instance;
+}
+
+std::unique_ptr<QWidget> makePopover()
+{
+    static auto& compositor = *new X11Compositor;
+    return std::make_unique<Popover>(
+        compositor, std::make_unique<RootView>(Tab::focus, false, makeTabContent));
+}
+
+}
+
+PomodoroModel& PomodoroModel::shared()
+{
+    static auto& clock = *new SystemClock;
+    static auto& ticker = *new QtTicker;
+    static auto& sounds = *new HelperSoundPlayer(helper(u"play-sound"_s));
+    static auto& script = *new ScriptNotifier;
+    static auto& notifier = *new DBusNotifier(script);
+    static auto& model = *new PomodoroModel(userDefaults(), clock, ticker, sounds, notifier);
+    return model;
+}
+
+bool Wiring::isFirstInstance()
+{
+    return singleInstance().claim();
+}
+
+void Wiring::followAppearance()
+{
+    static auto& appearance = *new PortalAppearance;
+    const auto adopt = [] {
+        Theme::apply({ appearance.isDark(), appearance.accent(), appearance.fontFamily() });
+    };
+    adopt();
+    QObject::connect(&appearance, &Appearance::changed, adopt);
+}
+
+AppDelegate& Wiring::appDelegate()
+{
+    static auto& statusItem = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
+    static auto& popover = *new X11PopoverWindow(makePopover);
+    static auto& delegate = *new AppDelegate(statusItem, popover, PomodoroModel::shared());
+    QObject::connect(
+        &singleInstance(), &SingleInstance::activated, &delegate, &AppDelegate::showPopover);
+    return delegate;
+}

@@ -1,0 +1,16 @@
+// Builds the program out of its models and its Linux services.
+#pragma once
+
+class AppDelegate;
+
+namespace Wiring {
+
+// False when Corvella runs already; that one has then been asked to show its popover.
+bool isFirstInstance();
+
+// The colours and the font follow the desktop from now on.
+void followAppearance();
+
+AppDelegate& appDelegate();
+
+}

@@ -1,0 +1,22 @@
+#include "App/AppDelegate.h"
+#include "App/Wiring.h"
+
+#include <QApplication>
+
+int main(int argc, char** argv)
+{
+    // The desktop's theme plugin would cost more than all of Corvella; what is needed of it comes
+    // over the session bus.
+    QGuiApplication::setDesktopSettingsAware(false);
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Corvella"));
+    QApplication::setDesktopFileName(QStringLiteral("org.corvella.Corvella"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    if (!Wiring::isFirstInstance())
+        return 0;
+    Wiring::followAppearance();
+    Wiring::appDelegate().applicationDidFinishLaunching();
+    return QApplication::exec();
+}

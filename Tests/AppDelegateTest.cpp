@@ -1,0 +1,126 @@
+#include "App/AppDelegate.h"
+#include "Tests/Fakes/FakePopoverWindow.h"
+#include "Tests/Fakes/FakeStatusItem.h"
+#include "Tests/Focus/FocusSetup.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+struct Setup {
+    QString title() const { return item.titles.last().text; }
+
+    void launch()
+    {
+        delegate.applicationDidFinishLaunching();
+        QCoreApplication::processEvents();
+    }
+
+    FocusSetup focus;
+    FakeStatusItem item;
+    FakePopoverWindow popover;
+    AppDelegate delegate { item, popover, focus.model };
+};
+
+class AppDelegateTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void launchingPutsUpTheItemWithTheCircle()
+    {
+        Setup s;
+        s.delegate.applicationDidFinishLaunching();
+        QVERIFY(s.item.shown);
+        QCOMPARE(s.item.titles.size(), 1);
+        QCOMPARE(s.title(), u"●"_s);
+        QVERIFY(!s.popover.shown);
+    }
+
+    void startingTheTimerShowsTheTime()
+    {
+        Setup s;
+        s.launch();
+        s.focus.model.start();
+        QCoreApplication::processEvents();
+        QCOMPARE(s.title(), u"25:00"_s);
+        s.focus.tickAfter(1);
+        QCoreApplication::processEvents();
+        QCOMPARE(s.title(), u"24:59"_s);
+    }
+
+    void theTitleIsReadAfterTheChangeAndOnlyOnce()
+    {
+        Setup s;
+        s.launch();
+        s.focus.model.start();
+        QCOMPARE(s.item.titles.size(), 1);
+        s.focus.tickAfter(1);
+        s.focus.model.pause();
+        QCoreApplication::processEvents();
+        QCOMPARE(s.item.titles.size(), 2);
+        QCOMPARE(s.title(), u"24:59"_s);
+    }
+
+    void pausingKeepsTheTimeAndResettingBringsTheCircleBack()
+    {
+        Setup s;
+        s.launch();
+        s.focus.model.start();
+        s.focus.tickAfter(1);
+        s.focus.model.pause();
+        QCoreApplication::processEvents();
+        QCOMPARE(s.title(), u"24:59"_s);
+        s.focus.model.reset();
+        QCoreApplication::processEvents();
+        QCOMPARE(s.title(), u"●"_s);
+    }
+
+    void aPhaseThatEndsBringsTheCircleAndItsBreakTheCup()
+    {
+        Setup s;
+        s.launch();
+        s.focus.completePhase();
+        QCoreApplication::processEvents();
+        QCOMPARE(s.title(), u"●"_s);
+        s.focus.model.start();
+        s.focus.tickAfter(1);
+        QCoreApplication::processEvents();
+        QCOMPARE(s.title(), u"\u2615\uFE0E 04:59"_s);
+    }
+
+    void pressingTheItemOpensThePopoverAtItAndClosesItAgain()
+    {
+        Setup s;
+        s.launch();
+        Q_EMIT s.item.activated();
+        QVERIFY(s.popover.shown);
+        QCOMPARE(s.popover.anchor, s.item.place);
+        Q_EMIT s.item.activated();
+        QVERIFY(!s.popover.shown);
+    }
+
+    void askingForThePopoverNeverClosesIt()
+    {
+        Setup s;
+        s.launch();
+        s.delegate.showPopover();
+        s.delegate.showPopover();
+        QVERIFY(s.popover.shown);
+        QCOMPARE(s.popover.shows, 1);
+    }
+
+    void theItemCanQuitTheProgram()
+    {
+        Setup s;
+        s.launch();
+        QSignalSpy quitting(qApp, &QCoreApplication::aboutToQuit);
+        QMetaObject::invokeMethod(
+            &s.item, [&] { Q_EMIT s.item.quitRequested(); }, Qt::QueuedConnection);
+        QCoreApplication::exec();
+        QCOMPARE(quitting.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(AppDelegateTest)
+#include "AppDelegateTest.moc"
