@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -56,6 +57,7 @@ private Q_SLOTS:
     void aSizeLimitEndsNeitherFileNorProgram();
     void aKeystrokeDoesNotWaitForAStoppedProcess();
     void quittingWaitsForAStoppedProcessABoundedTime();
+    void aChangeOnItsWayOutlivesAnEdit();
     void twoProcessesKeepEachOthersKeys();
     void anOtherProcessIsHeard();
 };
@@ -160,6 +162,24 @@ void JsonUserDefaultsDiskTest::quittingWaitsForAStoppedProcessABoundedTime()
     timer.start();
     JsonUserDefaults(s.path).setValue(u"n"_s, qint64(1));
     QVERIFY2(timer.elapsed() < 1500, qPrintable(QString::number(timer.elapsed())));
+}
+
+void JsonUserDefaultsDiskTest::aChangeOnItsWayOutlivesAnEdit()
+{
+    const Setup s;
+    OtherDefaults other(s.path);
+    JsonUserDefaults defaults(s.path);
+    QCOMPARE(other.ask(u"lock"_s), u"locked"_s);
+    defaults.setValue(u"n"_s, qint64(1));
+    QFile file(s.path);
+    QVERIFY(file.open(QFile::WriteOnly));
+    file.write("{\"n\": 5, \"m\": 5}");
+    file.close();
+    QTRY_COMPARE(defaults.integer(u"m"_s), 5);
+    QCOMPARE(defaults.integer(u"n"_s), 1);
+    other.ask(u"unlock"_s);
+    QTRY_COMPARE(s.disk(u"n"_s), 1);
+    QCOMPARE(s.disk(u"m"_s), 5);
 }
 
 void JsonUserDefaultsDiskTest::twoProcessesKeepEachOthersKeys()
