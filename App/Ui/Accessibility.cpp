@@ -1,6 +1,7 @@
 #include "App/Ui/Accessibility.h"
 
 #include "App/Ui/Bar.h"
+#include "App/Ui/Picker.h"
 #include "App/Ui/SegmentedPicker.h"
 #include "App/Ui/Stepper.h"
 
@@ -23,6 +24,8 @@ public:
     // Asked each time: Qt may come for the interface before the button is checkable.
     QAccessible::Role role() const override
     {
+        if (qobject_cast<Picker*>(object()))
+            return QAccessible::ButtonMenu;
         if (!button()->isCheckable())
             return QAccessible::Button;
         return button()->autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
@@ -30,6 +33,8 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
+        if (kind == QAccessible::Value && qobject_cast<Picker*>(object()))
+            return button()->text();
         const QString given = QAccessibleWidget::text(kind);
         return kind == QAccessible::Name && given.isEmpty() ? button()->text() : given;
     }

@@ -44,6 +44,8 @@ private Q_SLOTS:
         const QImage cut = label.grab().toImage();
         label.setText(u"A title that is far too long, and longer"_s);
         QCOMPARE(label.grab().toImage(), cut);
+        label.setElided(false);
+        QVERIFY(label.grab().toImage() != cut);
         auto* accessible = QAccessible::queryAccessibleInterface(&label);
         QCOMPARE(accessible->text(QAccessible::Name), label.text());
     }

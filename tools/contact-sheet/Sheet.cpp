@@ -5,6 +5,7 @@
 #include "App/Ui/ControlBox.h"
 #include "App/Ui/DigitText.h"
 #include "App/Ui/Label.h"
+#include "App/Ui/Picker.h"
 #include "App/Ui/ScrollArea.h"
 #include "App/Ui/ScrollBar.h"
 #include "App/Ui/SegmentedPicker.h"
@@ -85,6 +86,15 @@ TextField* field(const QString& text)
 {
     auto* made = new TextField(u"Label"_s);
     made->setText(text);
+    return made;
+}
+
+Picker* picker(int current)
+{
+    auto* made = new Picker(u"Model"_s);
+    made->setTitles({ u"llama3.2:latest"_s, u"mistral:7b"_s });
+    made->setPlaceholder(u"No models"_s);
+    made->setCurrent(current);
     return made;
 }
 
@@ -188,6 +198,10 @@ void Sheet::addFields()
 
 void Sheet::addSegments()
 {
+    startRow(u"Picker"_s);
+    add(picker(0), { 160, 24 }, u"normal"_s);
+    add(focused(picker(0)), { 160, 24 }, u"focus"_s);
+    add(disabled(picker(-1)), { 160, 24 }, u"disabled"_s);
     startRow(u"Segmented"_s);
     const QSize box(240, 24);
     add(segments(0), box, u"normal"_s);
