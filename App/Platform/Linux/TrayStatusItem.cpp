@@ -29,6 +29,13 @@ TrayStatusItem::TrayStatusItem(const StatusPainter& painter)
     , m_notifierItem(painter, entries())
     , m_window(m_tray, painter)
 {
+    // A panel that starts brings its watcher a little before its tray.
+    m_grace.setSingleShot(true);
+    m_grace.setInterval(400);
+    connect(&m_grace, &QTimer::timeout, this, [this] {
+        if (const auto host = m_hosts.host())
+            m_notifierItem.publish(*host);
+    });
     connect(&m_hosts, &TrayHostMonitor::changed, this, &TrayStatusItem::settle);
     connect(&m_tray, &XEmbedTray::changed, this, &TrayStatusItem::settle);
     connect(&m_notifierItem, &StatusNotifierItem::activated, this, &TrayStatusItem::activateAt);
@@ -66,6 +73,7 @@ void TrayStatusItem::settle()
         return;
     const auto host = m_hosts.host();
     m_clicked = {};
+    m_grace.stop();
     const bool docks = m_tray.isPresent() && (!host || host->yieldsToXEmbed);
     if (docks) {
         m_notifierItem.withdraw();
@@ -73,10 +81,12 @@ void TrayStatusItem::settle()
         return;
     }
     m_window.undock();
-    if (host)
-        m_notifierItem.publish(*host);
-    else
+    if (!host)
         m_notifierItem.withdraw();
+    else if (host->yieldsToXEmbed)
+        m_grace.start();
+    else
+        m_notifierItem.publish(*host);
 }
 
 void TrayStatusItem::activateAt(const QPoint& place)

@@ -8,6 +8,8 @@
 #include "App/Platform/StatusItem.h"
 #include "App/Platform/StatusPainter.h"
 
+#include <QTimer>
+
 #include <memory>
 
 class QMenu;
@@ -34,6 +36,7 @@ private:
     XEmbedTray m_tray;
     StatusNotifierItem m_notifierItem;
     XEmbedItem m_window;
+    QTimer m_grace;
     std::unique_ptr<QMenu> m_menu; // Built on first use.
     QRect m_clicked; // Where a StatusNotifierItem was last clicked.
     bool m_shown = false;

@@ -53,20 +53,9 @@ XEmbedTray::XEmbedTray()
     if (!X11Connection::connection())
         return;
     m_selection = X11Connection::atom("_NET_SYSTEM_TRAY_S0");
+    // A new tray tells the root window, where Qt listens already.
     qApp->installNativeEventFilter(this);
-    listenForManagers();
     findOwner();
-}
-
-void XEmbedTray::listenForManagers()
-{
-    auto* const x = X11Connection::connection();
-    const auto cookie = xcb_get_window_attributes(x, X11Connection::root());
-    const auto reply = owned(xcb_get_window_attributes_reply(x, cookie, nullptr));
-    // The mask is the connection's, and Qt needs what it has chosen.
-    const uint32_t mask
-        = (reply ? reply->your_event_mask : 0U) | uint32_t { XCB_EVENT_MASK_STRUCTURE_NOTIFY };
-    xcb_change_window_attributes(x, X11Connection::root(), XCB_CW_EVENT_MASK, &mask);
 }
 
 void XEmbedTray::findOwner()

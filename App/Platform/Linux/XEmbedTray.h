@@ -22,7 +22,6 @@ Q_SIGNALS:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    void listenForManagers();
     void findOwner();
 
     xcb_atom_t m_selection = XCB_ATOM_NONE;
