@@ -1,8 +1,10 @@
 #include "App/TabBar.h"
 
 #include "App/TabButton.h"
+#include "App/Ui/Accessibility.h"
 #include "App/Ui/Surface.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyle>
 
@@ -20,16 +22,18 @@ constexpr qreal radius = 7;
 
 TabBar::TabBar(QWidget* parent)
     : QWidget(parent)
-    , m_gear(new TabButton(u"gearshape"_s, u"Settings"_s, this))
+    , m_gear(new TabButton(TabButton::Kind::toggle, u"gearshape"_s, u"Settings"_s, this))
 {
+    Accessibility::describe(staticMetaObject,
+        [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::PageTabList); });
     for (const auto tab : allTabs) {
-        auto* const button = new TabButton(symbolName(tab), rawValue(tab), this);
+        auto* const button
+            = new TabButton(TabButton::Kind::tab, symbolName(tab), rawValue(tab), this);
         button->setObjectName(rawValue(tab));
         connect(button, &TabButton::clicked, this, [this, tab] { Q_EMIT tabPressed(tab); });
         m_tabs << button;
     }
     m_gear->setObjectName(u"gear"_s);
-    m_gear->hideTitle();
     m_gear->raise();
     setTabOrder(m_tabs.last(), m_gear);
     connect(m_gear, &TabButton::clicked, this, &TabBar::settingsPressed);

@@ -1,5 +1,7 @@
 #include "App/TabButton.h"
 
+#include "App/Ui/Accessibility.h"
+#include "App/Ui/AccessibleButton.h"
 #include "App/Ui/Corners.h"
 #include "App/Ui/Symbols.h"
 #include "App/Ui/TextLine.h"
@@ -16,22 +18,44 @@ constexpr int padding = 6;
 constexpr int symbolSlot = 18;
 constexpr int spacing = 2;
 
+class AccessibleTab final : public AccessibleButton {
+public:
+    using AccessibleButton::AccessibleButton;
+
+    QAccessible::Role role() const override
+    {
+        return isTab() ? QAccessible::PageTab : AccessibleButton::role();
+    }
+
+    QAccessible::State state() const override
+    {
+        auto state = AccessibleButton::state();
+        if (isTab()) {
+            state.checkable = state.checked = false;
+            state.selectable = true;
+            state.selected = button()->isChecked();
+        }
+        return state;
+    }
+
+private:
+    bool isTab() const { return static_cast<TabButton*>(button())->kind() == TabButton::Kind::tab; }
+};
+
 }
 
-TabButton::TabButton(const QString& symbol, const QString& title, QWidget* parent)
+TabButton::TabButton(Kind kind, const QString& symbol, const QString& title, QWidget* parent)
     : QAbstractButton(parent)
+    , m_kind(kind)
     , m_symbol(symbol)
 {
+    Accessibility::install();
+    Accessibility::describe(staticMetaObject,
+        [](QWidget* widget) { return new AccessibleTab(static_cast<TabButton*>(widget)); });
     setText(title);
     setCheckable(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
-}
-
-void TabButton::hideTitle()
-{
-    m_titleIsHidden = true;
-    update();
 }
 
 void TabButton::paintEvent(QPaintEvent*)
@@ -43,7 +67,7 @@ void TabButton::paintEvent(QPaintEvent*)
     const auto& theme = Theme::current();
     const auto& ink = isChecked() ? theme.colors.accentText : theme.colors.text;
     const int side = Symbols::boxSize(symbolSize);
-    if (m_titleIsHidden) {
+    if (m_kind == Kind::toggle) {
         Symbols::paint(painter, m_symbol, Symbols::centered(side, rect()), ink);
         return;
     }

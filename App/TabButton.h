@@ -8,9 +8,14 @@ class TabButton final : public QAbstractButton {
     Q_OBJECT
 
 public:
-    TabButton(const QString& symbol, const QString& title, QWidget* parent);
+    enum class Kind {
+        tab, // The title stands under the symbol.
+        toggle, // The symbol stands alone; the title is its name for assistive technology.
+    };
 
-    void hideTitle(); // The symbol stands alone in the middle; the title remains its name.
+    TabButton(Kind kind, const QString& symbol, const QString& title, QWidget* parent);
+
+    Kind kind() const { return m_kind; }
     bool showsFocus() const { return m_showsFocus; } // The parent paints the ring around it.
 
 private:
@@ -21,7 +26,7 @@ private:
     void setShowsFocus(bool shows);
     QColor ground() const;
 
+    Kind m_kind;
     QString m_symbol;
-    bool m_titleIsHidden = false;
     bool m_showsFocus = false;
 };

@@ -83,7 +83,8 @@ void Wiring::followAppearance()
 
 AppDelegate& Wiring::appDelegate()
 {
-    static auto& statusItem = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
+    static auto& statusItem
+        = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
     static auto& popover = *new X11PopoverWindow(makePopover);
     static auto& delegate = *new AppDelegate(statusItem, popover, PomodoroModel::shared());
     QObject::connect(

@@ -1,6 +1,7 @@
 #include "App/RootView.h"
 #include "App/TabButton.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QTest>
 
@@ -149,6 +150,21 @@ private Q_SLOTS:
         QTest::keyClick(&s.button(u"Actions"_s), Qt::Key_Space);
         QCOMPARE(s.content(), u"Actions"_s);
         QVERIFY(s.button(u"Actions"_s).showsFocus());
+    }
+
+    void assistiveTechnologySeesTabsAndSelectsThem()
+    {
+        Setup s;
+        auto* const tab = QAccessible::queryAccessibleInterface(&s.button(u"System"_s));
+        QCOMPARE(tab->role(), QAccessible::PageTab);
+        QCOMPARE(tab->text(QAccessible::Name), u"System"_s);
+        QVERIFY(!tab->state().selected);
+        tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(s.content(), u"System"_s);
+        QVERIFY(tab->state().selected);
+        auto* const gear = QAccessible::queryAccessibleInterface(&s.button(u"gear"_s));
+        QCOMPARE(gear->role(), QAccessible::CheckBox);
+        QCOMPARE(gear->text(QAccessible::Name), u"Settings"_s);
     }
 
     void keystrokesGoToTheContentAtOnce()

@@ -35,6 +35,7 @@ LengthStepper::LengthStepper(const QString& title, int most, QWidget* parent)
 {
     m_title->setText(title);
     m_title->setAlignment(Qt::AlignCenter);
+    m_stepper->setAccessibleDescription(u"Minutes"_s);
     m_stepper->setRange(1, most);
     m_stepper->setObjectName(title);
     connect(m_stepper, &Stepper::edited, this, &LengthStepper::edited);

@@ -1,5 +1,7 @@
 #include "App/Focus/ProgressRing.h"
 
+#include "App/Ui/Accessibility.h"
+#include "App/Ui/AccessibleFraction.h"
 #include "App/Ui/DigitText.h"
 #include "App/Ui/Theme.h"
 
@@ -8,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -24,6 +28,10 @@ constexpr qreal visibleStep = 1.5;
 ProgressRing::ProgressRing(QWidget* parent)
     : QWidget(parent)
 {
+    Accessibility::describe(staticMetaObject, [](QWidget* widget) {
+        return new AccessibleFraction(
+            widget, [widget] { return static_cast<ProgressRing*>(widget)->progress(); });
+    });
     setFixedSize(side, side);
     m_animation.setDuration(stepMs);
     connect(&m_animation, &QVariantAnimation::valueChanged, this,
@@ -55,8 +63,10 @@ void ProgressRing::setShown(double progress)
 
 void ProgressRing::setTime(const QString& time)
 {
-    if (std::exchange(m_time, time) != time)
-        update();
+    if (std::exchange(m_time, time) == time)
+        return;
+    setAccessibleName(u"Time left: "_s + time);
+    update();
 }
 
 void ProgressRing::setColor(const QColor& color)

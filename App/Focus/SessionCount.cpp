@@ -1,9 +1,11 @@
 #include "App/Focus/SessionCount.h"
 
+#include "App/Ui/Accessibility.h"
 #include "App/Ui/DigitText.h"
 #include "App/Ui/Symbols.h"
 #include "App/Ui/Theme.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QStyle>
 
@@ -20,6 +22,8 @@ constexpr int gap = 6;
 SessionCount::SessionCount(QWidget* parent)
     : QWidget(parent)
 {
+    Accessibility::describe(staticMetaObject,
+        [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::StaticText); });
 }
 
 void SessionCount::setCount(qint64 sessions)

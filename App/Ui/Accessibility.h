@@ -1,9 +1,22 @@
-// Tells assistive technology what the controls are that Qt does not know of.
+// Tells assistive technology what the widgets are that Qt does not know of.
 #pragma once
+
+#include <functional>
+
+class QAccessibleInterface;
+class QWidget;
+struct QMetaObject;
 
 namespace Accessibility {
 
-// Every control of ours calls it; only the first call does anything.
+// Makes the interface of a widget; Qt owns it.
+using Maker = std::function<QAccessibleInterface*(QWidget*)>;
+
+// What widgets of a class are, from now on.
+void describe(const QMetaObject& type, Maker make);
+
+// Describes the controls of this folder, and buttons of any kind. Every control of ours calls it;
+// only the first call does anything.
 void install();
 
 }

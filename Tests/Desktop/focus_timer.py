@@ -97,7 +97,7 @@ class FocusTimer(unittest.TestCase):
         corvella.open_popover()
         system = corvella.find("page tab", "System")
         self.assertTrue(has_state(system, Atspi.StateType.SELECTED))
-        corvella.press("Settings", "toggle button")
+        corvella.press("Settings", "check box")
         self.assertFalse(has_state(system, Atspi.StateType.SELECTED))
         corvella.press("System", "page tab")
         wait_until(lambda: has_state(system, Atspi.StateType.SELECTED), "the tab is back")

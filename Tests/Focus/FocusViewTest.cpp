@@ -9,6 +9,7 @@
 #include "App/Ui/TextField.h"
 #include "Tests/Focus/FocusSetup.h"
 
+#include <QAccessible>
 #include <QShortcut>
 #include <QTest>
 
@@ -263,6 +264,22 @@ private Q_SLOTS:
         s.tickAfter(750);
         QCoreApplication::processEvents();
         QCOMPARE(s.progress(), 0.5);
+    }
+
+    void assistiveTechnologyReadsRingAndCount()
+    {
+        Setup s;
+        s.model.start();
+        s.tickAfter(750);
+        QCoreApplication::processEvents();
+        auto* const ring = QAccessible::queryAccessibleInterface(&s.find<ProgressRing>(u"ring"_s));
+        QCOMPARE(ring->role(), QAccessible::ProgressBar);
+        QCOMPARE(ring->text(QAccessible::Name), u"Time left: 12:30"_s);
+        QCOMPARE(ring->valueInterface()->currentValue().toInt(), 50);
+        auto* const count
+            = QAccessible::queryAccessibleInterface(&s.find<SessionCount>(u"sessions"_s));
+        QCOMPARE(count->role(), QAccessible::StaticText);
+        QCOMPARE(count->text(QAccessible::Name), u"0 sessions"_s);
     }
 
     void theViewLeavesTheTimerRunningWhenItGoes()

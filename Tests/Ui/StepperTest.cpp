@@ -104,15 +104,24 @@ private Q_SLOTS:
         QCOMPARE(s.stepper.value(), 20);
     }
 
-    void theRangeBounds()
+    void aValueAboveTheRangeIsKeptUntilAStepLeadsBackIntoIt()
     {
         Setup s;
         s.stepper.setValue(500);
-        QCOMPARE(s.stepper.value(), 180);
+        QCOMPARE(s.stepper.value(), 500);
         QTest::mouseClick(&s.stepper, Qt::LeftButton, {}, plus);
         QCOMPARE(s.edits.count(), 0);
-        s.stepper.setRange(1, 60);
-        QCOMPARE(s.stepper.value(), 60);
+        QTest::keyClick(&s.stepper, Qt::Key_Down);
+        QCOMPARE(s.stepper.value(), 180);
+    }
+
+    void aValueBelowTheRangeIsKeptUntilAStepLeadsBackIntoIt()
+    {
+        Setup s;
+        s.stepper.setRange(10, 60);
+        s.stepper.setValue(0);
+        QTest::keyClick(&s.stepper, Qt::Key_Up);
+        QCOMPARE(s.stepper.value(), 10);
     }
 
     void settingTheValueIsSilent()
