@@ -28,6 +28,8 @@ PortalAppearance::PortalAppearance(QDBusConnection bus)
     qDBusRegisterMetaType<Spaces>();
     if (!m_bus.isConnected())
         return;
+    // Signals are matched by the names of types, and nothing else may have made this one known yet.
+    qRegisterMetaType<QDBusVariant>();
     m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
         SLOT(changeSetting(QString, QString, QDBusVariant)));
     // A portal that comes late or again may have missed changes itself.
