@@ -28,6 +28,8 @@ PortalAppearance::PortalAppearance(QDBusConnection bus)
     qDBusRegisterMetaType<Spaces>();
     if (!m_bus.isConnected())
         return;
+    // Signals are matched by the names of types, and nothing else may have made this one known yet.
+    qRegisterMetaType<QDBusVariant>();
     m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
         SLOT(changeSetting(QString, QString, QDBusVariant)));
     // A portal that comes late or again may have missed changes itself.
@@ -37,6 +39,7 @@ PortalAppearance::PortalAppearance(QDBusConnection bus)
 
 void PortalAppearance::readAll()
 {
+    m_changedSince.clear();
     auto request = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
     request << QStringList { colours, gnome, kde };
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(request), this);
@@ -57,6 +60,8 @@ void PortalAppearance::learnAll(const QDBusMessage& answer)
         for (auto setting = space->cbegin(); setting != space->cend(); ++setting)
             m_settings.insert(space.key() + u'/' + setting.key(), setting.value());
     }
+    // Answers and signals may overtake each other; only signals keep their order among themselves.
+    m_settings.insert(m_changedSince);
     show();
 }
 
@@ -65,7 +70,9 @@ void PortalAppearance::changeSetting(
 {
     if (space != colours && space != gnome && space != kde)
         return;
-    m_settings.insert(space + u'/' + key, value.variant());
+    const auto setting = space + u'/' + key;
+    m_settings.insert(setting, value.variant());
+    m_changedSince.insert(setting, value.variant());
     show();
 }
 

@@ -42,5 +42,6 @@ private:
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
     QHash<QString, QVariant> m_settings; // By namespace and key, with a slash between.
+    QHash<QString, QVariant> m_changedSince; // The last reading was asked for.
     Look m_look;
 };
