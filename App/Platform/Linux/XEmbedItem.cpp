@@ -270,12 +270,12 @@ QRect XEmbedItem::geometry() const
 
 bool XEmbedItem::nativeEventFilter(const QByteArray&, void* message, qintptr*)
 {
-    if (isDocked())
-        handle(*static_cast<const xcb_generic_event_t*>(message));
-    return false;
+    return isDocked() && handle(*static_cast<const xcb_generic_event_t*>(message));
 }
 
-void XEmbedItem::handle(const xcb_generic_event_t& event)
+// A click is kept from the other filters: what it brings into being may install one more, and Qt
+// would then come round to this filter with the same click again.
+bool XEmbedItem::handle(const xcb_generic_event_t& event)
 {
     switch (event.response_type & 0x7f) {
     case XCB_EXPOSE:
@@ -296,13 +296,15 @@ void XEmbedItem::handle(const xcb_generic_event_t& event)
     }
     case XCB_BUTTON_RELEASE: {
         const auto& release = reinterpret_cast<const xcb_button_release_event_t&>(event);
-        if (release.event == m_window)
-            click(release);
-        break;
+        if (release.event != m_window)
+            break;
+        click(release);
+        return true;
     }
     default:
         break;
     }
+    return false;
 }
 
 void XEmbedItem::click(const xcb_button_release_event_t& release)

@@ -36,7 +36,7 @@ Q_SIGNALS:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    void handle(const xcb_generic_event_t& event);
+    bool handle(const xcb_generic_event_t& event); // True when nobody else need see it.
     void createWindow();
     void requestDock();
     void requestSize();
