@@ -3,6 +3,7 @@
 #include "App/Platform/Linux/TrayHostMonitor.h"
 #include "Tests/Support/Daemon.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
@@ -93,6 +94,14 @@ private:
         return !place.isNull() && pixel(place.center()) == QColor(Qt::red);
     }
 
+    static void click(const TrayStatusItem& item)
+    {
+        const auto centre = item.geometry().center();
+        QProcess::startDetached(u"xdotool"_s,
+            { u"mousemove"_s, QString::number(centre.x()), QString::number(centre.y()), u"click"_s,
+                u"1"_s });
+    }
+
 private Q_SLOTS:
     void docksIntoATrayThatComesLate()
     {
@@ -128,12 +137,32 @@ private Q_SLOTS:
         const auto tray = startTray();
         QTRY_VERIFY(isSeen(item));
         QSignalSpy activated(&item, &StatusItem::activated);
-        const auto centre = item.geometry().center();
-        QProcess::startDetached(u"xdotool"_s,
-            { u"mousemove"_s, QString::number(centre.x()), QString::number(centre.y()), u"click"_s,
-                u"1"_s });
+        click(item);
         QTRY_COMPARE(activated.size(), 1);
         QVERIFY(item.geometry().contains(QCursor::pos()));
+    }
+
+    void aClickCountsOnceWhateverItBringsIntoBeing()
+    {
+        struct Newcomer final : QAbstractNativeEventFilter {
+            bool nativeEventFilter(const QByteArray&, void*, qintptr*) override { return false; }
+        };
+        TrayStatusItem item(painter());
+        item.setTitle({ u"24:59"_s, {} });
+        item.show();
+        const auto tray = startTray();
+        QTRY_VERIFY(isSeen(item));
+        std::unique_ptr<Newcomer> newcomer;
+        connect(&item, &StatusItem::activated, this, [&newcomer] {
+            if (!newcomer) {
+                newcomer = std::make_unique<Newcomer>();
+                qApp->installNativeEventFilter(newcomer.get());
+            }
+        });
+        QSignalSpy activated(&item, &StatusItem::activated);
+        click(item);
+        QTRY_VERIFY(!activated.isEmpty());
+        QCOMPARE(activated.size(), 1);
     }
 
     void waitsForABarThatComesLate()
