@@ -29,7 +29,8 @@ function(bus_test source)
     unit_test(${ARGV} LAUNCHER dbus-run-session --)
     cmake_path(GET source STEM name)
     set_property(TEST ${name} PROPERTY TIMEOUT 120)
-    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1")
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1"
+        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks-of-libraries.txt")
     set_property(TEST ${name} APPEND PROPERTY LABELS Bus)
 endfunction()
 
