@@ -22,7 +22,6 @@ constexpr qreal radius = 7;
 
 TabBar::TabBar(QWidget* parent)
     : QWidget(parent)
-    , m_gear(new TabButton(TabButton::Kind::toggle, u"gearshape"_s, u"Settings"_s, this))
 {
     Accessibility::describe(staticMetaObject,
         [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::PageTabList); });
@@ -33,9 +32,9 @@ TabBar::TabBar(QWidget* parent)
         connect(button, &TabButton::clicked, this, [this, tab] { Q_EMIT tabPressed(tab); });
         m_tabs << button;
     }
+    // Made last, so that the keyboard and assistive technology come to it last.
+    m_gear = new TabButton(TabButton::Kind::toggle, u"gearshape"_s, u"Settings"_s, this);
     m_gear->setObjectName(u"gear"_s);
-    m_gear->raise();
-    setTabOrder(m_tabs.last(), m_gear);
     connect(m_gear, &TabButton::clicked, this, &TabBar::settingsPressed);
 }
 

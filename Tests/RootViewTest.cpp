@@ -152,6 +152,20 @@ private Q_SLOTS:
         QVERIFY(s.button(u"Actions"_s).showsFocus());
     }
 
+    void tabsComeInTheirOrderByKeyboardTheGearAndTheContentAfterThem()
+    {
+        Setup s;
+        s.button(u"Focus"_s).setFocus(Qt::TabFocusReason);
+        QStringList order;
+        for (int i = 0; i < 7; ++i) {
+            order << s.view.focusWidget()->objectName();
+            QTest::keyClick(s.view.focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(order,
+            (QStringList { u"Focus"_s, u"Actions"_s, u"Meetings"_s, u"System"_s, u"Shortcuts"_s,
+                u"gear"_s, u"content"_s }));
+    }
+
     void assistiveTechnologySeesTabsAndSelectsThem()
     {
         Setup s;
