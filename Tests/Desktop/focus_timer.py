@@ -88,6 +88,13 @@ class FocusTimer(unittest.TestCase):
         corvella.wait_until_closed()
         corvella.open_popover()
 
+    def test_closed_by_the_window_manager_it_gives_the_desktop_back(self):
+        corvella = self.launch()
+        corvella.open_popover()
+        press_key("alt+F4")
+        corvella.wait_until_closed()
+        corvella.open_popover()
+
     def test_tab_and_settings_survive_closing(self):
         corvella = self.launch()
         corvella.open_popover()

@@ -77,10 +77,8 @@ void X11PopoverWindow::show(const QRect& anchor)
 
 void X11PopoverWindow::close()
 {
-    if (!isShown())
-        return;
-    m_catcher.hide();
-    m_content->hide();
+    if (isShown())
+        m_content->hide();
 }
 
 void X11PopoverWindow::place(const QRect& anchor)
@@ -102,6 +100,9 @@ bool X11PopoverWindow::eventFilter(QObject* watched, QEvent* event)
         close();
         return true;
     }
+    // Also when the window manager closes it: the catcher must not outlive what it is for.
+    if (event->type() == QEvent::Hide)
+        m_catcher.hide();
     const bool lostKeyboard = event->type() == QEvent::WindowDeactivate && isShown()
         && !QApplication::activePopupWidget() && !hasKeyboard();
     if (lostKeyboard) {
