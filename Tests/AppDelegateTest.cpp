@@ -114,7 +114,7 @@ private Q_SLOTS:
     {
         Setup s;
         s.launch();
-        QSignalSpy quitting(qApp, &QCoreApplication::aboutToQuit);
+        QSignalSpy quitting(QCoreApplication::instance(), &QCoreApplication::aboutToQuit);
         QMetaObject::invokeMethod(
             &s.item, [&] { Q_EMIT s.item.quitRequested(); }, Qt::QueuedConnection);
         QCoreApplication::exec();

@@ -29,6 +29,17 @@ function(bus_test source)
     unit_test(${ARGV} LAUNCHER dbus-run-session --)
     cmake_path(GET source STEM name)
     set_property(TEST ${name} PROPERTY TIMEOUT 120)
-    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1")
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1"
+        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks-of-libraries.txt")
     set_property(TEST ${name} APPEND PROPERTY LABELS Bus)
+endfunction()
+
+# desktop_test(<name> SCRIPT <file> [DESKTOP <option>...]): drives the built program on a desktop
+# of its own. One at a time: each is as busy as a person's.
+function(desktop_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT" "DESKTOP")
+    add_test(NAME ${name}
+        COMMAND ${PROJECT_SOURCE_DIR}/tools/desktop ${arg_DESKTOP} /usr/bin/python3 -W ignore
+            ${CMAKE_CURRENT_SOURCE_DIR}/${arg_SCRIPT} $<TARGET_FILE:corvella>)
+    set_tests_properties(${name} PROPERTIES LABELS Desktop RUN_SERIAL TRUE TIMEOUT 300)
 endfunction()

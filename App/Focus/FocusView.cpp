@@ -64,8 +64,11 @@ void FocusView::build()
 
 void FocusView::connectControls()
 {
-    connect(m_task, &TextField::textEdited, this,
-        [this](const QString& text) { m_model.setTaskName(text); });
+    // Also when assistive technology writes the text, which Qt does not count as an edit.
+    connect(m_task, &TextField::textChanged, this, [this](const QString& text) {
+        if (text != m_model.taskName())
+            m_model.setTaskName(text);
+    });
     connect(m_toggle, &Button::clicked, this, &FocusView::toggle);
     connect(m_reset, &Button::clicked, &m_model, &PomodoroModel::reset);
     connect(m_skip, &Button::clicked, &m_model, &PomodoroModel::skip);

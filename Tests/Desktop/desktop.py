@@ -4,7 +4,6 @@ import json
 import os
 import re
 import shlex
-import signal
 import subprocess
 import sys
 import time
@@ -43,15 +42,23 @@ def wait_until(condition, what, seconds=10):
 class Daemon:
     """A program beside the one under test, for as long as it is held."""
 
-    def __init__(self, command, **options):
+    def __init__(self, command, stdout=subprocess.DEVNULL):
         self.process = subprocess.Popen(
-            shlex.split(command), stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, **options
+            shlex.split(command), stdout=stdout, stderr=subprocess.DEVNULL
         )
 
-    def stop(self, how=signal.SIGTERM):
-        self.process.send_signal(how)
+    def stop(self):
+        self.process.terminate()
         self.process.wait(10)
-        self.process.stdout.close()
+
+
+def owner(name):
+    """The process that owns a name on the session bus."""
+    answer = run(
+        "gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus"
+        f" -m org.freedesktop.DBus.GetConnectionUnixProcessID {name}"
+    )
+    return int(re.search(r"uint32 (\d+)", answer)[1])
 
 
 def enable_accessibility():
@@ -84,38 +91,55 @@ class Corvella:
 
     program = None
 
-    def __init__(self):
+    def __init__(self, is_shown=True):
         self.process = subprocess.Popen([self.program])
-        wait_until(self.title, "the program answers")
+        run(f"gdbus wait --session --timeout 10 {NAME}")
+        if is_shown:
+            wait_until(self.title, "the item has a title")
+
+    def start_again(self):
+        """Starts the program a second time and returns that one's exit status."""
+        return subprocess.run([self.program], timeout=10).returncode
 
     def stop(self):
         self.process.terminate()
         self.process.wait(10)
 
+    def docked(self):
+        """The item's window in the tray: its id, name, x, y, width, height. None while there is none."""
+        for line in run("xwininfo -root -tree").splitlines():
+            found = re.search(
+                r'(0x\w+) "Corvella (.*)": \("corvella" "Corvella"\)'
+                r"\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)",
+                line,
+            )
+            if found:
+                width, height, x, y = map(int, found.groups()[2:])
+                return found[1], found[2], x, y, width, height
+        return None
+
     def title(self):
-        """The item's text, as a status bar that shows text reads it."""
-        answer = run(
-            f"gdbus call --session -d {NAME} -o /StatusNotifierItem"
-            " -m org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel"
-        )
-        return re.fullmatch(r"\(<'(.*)'>,\)", answer.strip())[1]
+        """The item's text, as tools that read windows find it."""
+        window = self.docked()[0]
+        name = run(f"xprop -id {window} -notype _NET_WM_NAME")
+        return re.fullmatch(r'_NET_WM_NAME = "Corvella (.*)"', name.strip())[1]
 
     def wait_for_title(self, pattern, seconds=10):
         return wait_until(lambda: re.fullmatch(pattern, self.title()), f"title {pattern}", seconds)
 
     def item(self):
-        """Where the item stands in the tray: x, y, width, height. None where it does not."""
-        for line in run("xwininfo -root -tree").splitlines():
-            found = re.search(
-                r'"Corvella": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
-            )
-            if found and int(found[2]) < 60:
-                width, height, x, y = map(int, found.groups())
-                return (x, y, width, height) if x >= 0 and y >= 0 else None
-        return None
+        """Where the item stands in the tray: x, y, width, height. None while it does not."""
+        found = self.docked()
+        return found[2:] if found and min(found[2:4]) >= 0 else None
+
+    def settled_item(self):
+        """The item's place once the panel moves it no more."""
+        before = self.item()
+        time.sleep(0.2)
+        return before if before == self.item() else None
 
     def click_item(self):
-        x, y, width, height = wait_until(self.item, "the item stands in the tray")
+        x, y, width, height = wait_until(self.settled_item, "the item stands in the tray")
         click(x + width // 2, y + height // 2)
 
     def open_popover(self):
@@ -163,7 +187,7 @@ def everything(accessible):
 
 
 def has_state(accessible, state):
-    accessible.clear_cache_single()
+    accessible.clear_cache()
     return accessible.get_state_set().contains(state)
 
 

@@ -95,6 +95,7 @@ void XEmbedItem::setTitle(const StatusTitle& title)
     m_title = title;
     if (!isDocked())
         return;
+    nameWindow();
     render();
     requestSize();
     paint();
@@ -150,13 +151,20 @@ void XEmbedItem::createWindow()
     xcb_create_gc(x, m_context, m_window, 0, nullptr);
 }
 
+// Trays show it as a tip, and tools that read windows aloud know no other text of the item.
+void XEmbedItem::nameWindow()
+{
+    const auto name = "Corvella " + m_title.text.toUtf8();
+    xcb_change_property(X11Connection::connection(), XCB_PROP_MODE_REPLACE, m_window,
+        X11Connection::atom("_NET_WM_NAME"), X11Connection::atom("UTF8_STRING"), 8,
+        static_cast<uint32_t>(name.size()), name.constData());
+}
+
 void XEmbedItem::requestDock()
 {
     auto* const x = X11Connection::connection();
-    constexpr char name[] = "Corvella";
     constexpr char classes[] = "corvella\0Corvella";
-    xcb_change_property(x, XCB_PROP_MODE_REPLACE, m_window, X11Connection::atom("_NET_WM_NAME"),
-        X11Connection::atom("UTF8_STRING"), 8, sizeof name - 1, name);
+    nameWindow();
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
         sizeof classes, classes);
     const auto info = X11Connection::atom("_XEMBED_INFO");
@@ -270,12 +278,12 @@ QRect XEmbedItem::geometry() const
 
 bool XEmbedItem::nativeEventFilter(const QByteArray&, void* message, qintptr*)
 {
-    return isDocked() && handle(*static_cast<const xcb_generic_event_t*>(message));
+    if (isDocked())
+        handle(*static_cast<const xcb_generic_event_t*>(message));
+    return false;
 }
 
-// A click is kept from the other filters: what it brings into being may install one more, and Qt
-// would then come round to this filter with the same click again.
-bool XEmbedItem::handle(const xcb_generic_event_t& event)
+void XEmbedItem::handle(const xcb_generic_event_t& event)
 {
     switch (event.response_type & 0x7f) {
     case XCB_EXPOSE:
@@ -294,25 +302,29 @@ bool XEmbedItem::handle(const xcb_generic_event_t& event)
             resize({ change.width, change.height });
         break;
     }
+    case XCB_BUTTON_PRESS:
+        if (reinterpret_cast<const xcb_button_press_event_t&>(event).event == m_window)
+            m_isPressed = true;
+        break;
     case XCB_BUTTON_RELEASE: {
         const auto& release = reinterpret_cast<const xcb_button_release_event_t&>(event);
-        if (release.event != m_window)
-            break;
-        click(release);
-        return true;
+        // A press that closed the popover may be let go over the item: that is no click on it.
+        if (release.event == m_window && std::exchange(m_isPressed, false))
+            click(release);
+        break;
     }
     default:
         break;
     }
-    return false;
 }
 
 void XEmbedItem::click(const xcb_button_release_event_t& release)
 {
     if (!QRect({ 0, 0 }, m_size).contains(release.event_x, release.event_y))
         return;
+    // Later: whoever installs another event filter meanwhile would make this one run twice.
     if (release.detail == XCB_BUTTON_INDEX_1)
-        Q_EMIT activated();
+        QMetaObject::invokeMethod(this, &XEmbedItem::activated, Qt::QueuedConnection);
     else if (release.detail == XCB_BUTTON_INDEX_3)
-        Q_EMIT menuRequested();
+        QMetaObject::invokeMethod(this, &XEmbedItem::menuRequested, Qt::QueuedConnection);
 }

@@ -36,8 +36,9 @@ Q_SIGNALS:
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
-    bool handle(const xcb_generic_event_t& event); // True when nobody else need see it.
+    void handle(const xcb_generic_event_t& event);
     void createWindow();
+    void nameWindow();
     void requestDock();
     void requestSize();
     void resize(const QSize& size);
@@ -56,6 +57,7 @@ private:
     uint8_t m_depth = 0;
     bool m_blends = false; // Its transparent parts show the panel; else it is cut to shape.
     bool m_isMapped = false; // Only then does the tray give the window its real size.
+    bool m_isPressed = false;
     QSize m_size; // Of the window, in device pixels.
     QSize m_requested;
     QTimer m_repaint;
