@@ -71,7 +71,7 @@ class Program:
 def place_of_item():
     for line in output("xwininfo", "-root", "-tree").splitlines():
         found = re.search(
-            r'"Corvella": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
+            r'"Corvella [^"]*": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
         )
         if found and int(found[2]) < 60:
             width, height, x, y = map(int, found.groups())
