@@ -10,6 +10,9 @@ int main(int argc, char** argv)
     // over the session bus.
     QGuiApplication::setDesktopSettingsAware(false);
     qunsetenv("QT_QPA_PLATFORMTHEME");
+    // Item and popover are X11 windows, also in a session where Qt would rather speak Wayland.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Corvella"));
     QApplication::setDesktopFileName(QStringLiteral("org.corvella.Corvella"));
