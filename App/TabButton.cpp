@@ -91,8 +91,10 @@ QColor TabButton::ground() const
 void TabButton::focusInEvent(QFocusEvent* event)
 {
     QAbstractButton::focusInEvent(event);
-    setShowsFocus(
-        event->reason() != Qt::MouseFocusReason && event->reason() != Qt::ActiveWindowFocusReason);
+    // A window or menu in between does not change how the focus came here.
+    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+        m_byKeyboard = event->reason() != Qt::MouseFocusReason;
+    setShowsFocus(m_byKeyboard);
 }
 
 void TabButton::focusOutEvent(QFocusEvent* event)

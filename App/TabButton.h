@@ -28,5 +28,6 @@ private:
 
     Kind m_kind;
     QString m_symbol;
+    bool m_byKeyboard = false; // How the focus came here last.
     bool m_showsFocus = false;
 };

@@ -166,6 +166,23 @@ private Q_SLOTS:
                 u"gear"_s, u"content"_s }));
     }
 
+    void theFocusIsStillShownWhenTheWindowComesBack()
+    {
+        Setup s;
+        auto& button = s.button(u"Actions"_s);
+        for (const auto& [reason, shows] :
+            { std::pair { Qt::TabFocusReason, true }, { Qt::MouseFocusReason, false } }) {
+            s.view.setFocus();
+            button.setFocus(reason);
+            QFocusEvent left(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+            QCoreApplication::sendEvent(&button, &left);
+            QVERIFY(!button.showsFocus());
+            QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+            QCoreApplication::sendEvent(&button, &back);
+            QCOMPARE(button.showsFocus(), shows);
+        }
+    }
+
     void assistiveTechnologySeesTabsAndSelectsThem()
     {
         Setup s;
