@@ -43,10 +43,17 @@ void RootView::showContent()
     const int top = m_divider->geometry().bottom() + 1;
     m_content->setGeometry(0, top, width(), height() - top);
     m_content->show();
+    if (isVisible())
+        takeKeystrokes();
 }
 
-// Keystrokes go to the content at once; later, back to where they went before.
 void RootView::showEvent(QShowEvent*)
+{
+    takeKeystrokes();
+}
+
+// They go to the content at once; later, to where they went before for as long as that is there.
+void RootView::takeKeystrokes()
 {
     if (!window()->focusWidget())
         m_content->setFocus();

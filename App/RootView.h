@@ -27,6 +27,7 @@ private:
     void showEvent(QShowEvent* event) override;
     void choose(Tab tab, bool showSettings);
     void showContent();
+    void takeKeystrokes();
 
     MakeContent m_makeContent;
     Tab m_tab;

@@ -54,7 +54,7 @@ TabButton::TabButton(Kind kind, const QString& symbol, const QString& title, QWi
         [](QWidget* widget) { return new AccessibleTab(static_cast<TabButton*>(widget)); });
     setText(title);
     setCheckable(true);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
 }
 

@@ -198,6 +198,15 @@ private Q_SLOTS:
         QCOMPARE(gear->text(QAccessible::Name), u"Settings"_s);
     }
 
+    void keystrokesGoToTheNewContentWhenTheOldOneHadThem()
+    {
+        Setup s;
+        s.view.activateWindow();
+        QTRY_COMPARE(s.view.focusWidget(), s.view.findChild<QLabel*>(u"content"_s));
+        s.press(u"Actions"_s);
+        QCOMPARE(s.view.focusWidget(), s.view.findChild<QLabel*>(u"content"_s));
+    }
+
     void keystrokesGoToTheContentAtOnce()
     {
         Setup s;

@@ -41,7 +41,7 @@ Button::Button(Kind kind, const QString& text, QWidget* parent)
 {
     Accessibility::install();
     setText(text);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

@@ -31,7 +31,7 @@ Picker::Picker(const QString& name, QWidget* parent)
 {
     Accessibility::install();
     setAccessibleName(name);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     connect(this, &QAbstractButton::clicked, this, &Picker::openMenu);
     connect(&m_menu, &QMenu::aboutToHide, this, qOverload<>(&QWidget::update));

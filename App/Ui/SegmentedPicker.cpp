@@ -26,7 +26,7 @@ SegmentedPicker::SegmentedPicker(const QString& name, const QStringList& titles,
 {
     Accessibility::install();
     setAccessibleName(name);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     for (const QString& title : titles) {
         auto* segment = new Segment(title, this);

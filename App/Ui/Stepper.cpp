@@ -62,7 +62,7 @@ Stepper::Stepper(const QString& name, QWidget* parent)
 {
     Accessibility::install();
     setAccessibleName(name);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(&m_repeat, &QTimer::timeout, this, &Stepper::repeat);
     connect(m_interaction, &Interaction::moved, this,

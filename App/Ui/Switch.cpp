@@ -34,7 +34,7 @@ Switch::Switch(const QString& name, QWidget* parent)
     Accessibility::install();
     setAccessibleName(name);
     setCheckable(true);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_slide.setDuration(slideMilliseconds);
     connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {

@@ -129,6 +129,16 @@ private Q_SLOTS:
         QVERIFY(!s.model.running());
     }
 
+    void thePointerLeavesTheKeyboardWithTheTask()
+    {
+        Setup s;
+        auto& task = s.find<TextField>(u"task"_s);
+        task.setFocus();
+        s.click(u"toggle"_s);
+        QTest::mouseClick(&s.find<Stepper>(u"Focus"_s), Qt::LeftButton);
+        QCOMPARE(s.view.focusWidget(), &task);
+    }
+
     void aHeldReturnPressesOnce()
     {
         Setup s;
