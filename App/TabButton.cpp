@@ -10,6 +10,8 @@
 #include <QFocusEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace {
 
 constexpr int symbolSize = 15;

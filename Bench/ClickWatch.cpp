@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <poll.h>
+#include <utility>
 #include <vector>
 #include <xcb/damage.h>
 #include <xcb/xcb.h>

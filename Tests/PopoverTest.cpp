@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <utility>
+
 struct Setup {
     explicit Setup(bool composited)
     {

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QTest>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 struct Setup {

@@ -5,6 +5,7 @@
 #include "App/Platform/Ticker.h"
 #include "App/Platform/UserDefaults.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 

@@ -23,10 +23,7 @@ public:
     static PomodoroModel& shared(); // Defined in App/Wiring.cpp.
 
     Phase phase() const { return m_phase; }
-    qint64 remaining() const
-    {
-        return m_remaining;
-    } // Seconds left in the phase, 0 when it is over.
+    qint64 remaining() const { return m_remaining; } // Seconds left, 0 when the phase is over.
     bool running() const { return m_running; }
     qint64 sessions() const { return m_sessions; } // Focus sessions completed in this run.
     QString taskName() const { return m_taskName; }

@@ -8,12 +8,9 @@
 #include "App/Ui/Stepper.h"
 
 #include <QAccessibleWidget>
-
 #include <QHash>
 
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

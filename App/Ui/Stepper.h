@@ -23,8 +23,7 @@ public:
 
     void setRange(int minimum, int maximum); // Both may be taken.
     void setStep(int step);
-    void setValue(
-        int value); // As it is, silent; outside the range the next step leads back into it.
+    void setValue(int value); // As it is, silent; from outside the range a step leads into it.
 
     void placeBox(const QRect& box); // In the parent's coordinates.
     void stepBy(int steps);

@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QTest>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

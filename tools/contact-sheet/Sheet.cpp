@@ -20,6 +20,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <memory>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -6,7 +6,9 @@
 #include <condition_variable>
 #include <csignal>
 #include <mutex>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 using namespace std::chrono_literals;
 

@@ -6,6 +6,7 @@
 #include <climits>
 #include <sys/inotify.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 

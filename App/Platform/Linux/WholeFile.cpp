@@ -10,10 +10,9 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

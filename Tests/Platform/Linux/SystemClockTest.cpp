@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 static void signalSleep(bool goingToSleep)
