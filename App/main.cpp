@@ -2,6 +2,7 @@
 #include "App/Wiring.h"
 
 #include <QApplication>
+#include <QThreadPool>
 
 int main(int argc, char** argv)
 {
@@ -13,6 +14,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("Corvella"));
     QApplication::setDesktopFileName(QStringLiteral("org.corvella.Corvella"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // Threads that have helped to paint the popover would wake up later only to end themselves.
+    QThreadPool::globalInstance()->setExpiryTimeout(-1);
 
     if (!Wiring::isFirstInstance())
         return 0;

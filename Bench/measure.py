@@ -18,7 +18,7 @@ CLICK_WATCH = os.path.join(BUILD, "bench", "click-watch")
 
 REST = 1.0  # Seconds for a program to come to rest.
 BAND = 250  # A height of the screen that the popover crosses.
-TICKS_PER_SECOND = 2
+TICKS_A_MINUTE = 120
 MEMORY = {
     "private": ("Private_Clean", "Private_Dirty"),
     "private dirty": ("Private_Dirty",),
@@ -53,18 +53,25 @@ class Program:
         return {name: sum(int(sizes[each]) for each in of) / 1024 for name, of in MEMORY.items()}
 
     def switches(self):
-        """How often a thread of the program went to sleep since each began."""
-        count = 0
+        """How often each of the program's threads went to sleep since it began."""
+        counts = {}
         for thread in os.listdir(f"/proc/{self.pid}/task"):
             with open(f"/proc/{self.pid}/task/{thread}/status", encoding="utf-8") as file:
-                count += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", file.read(), re.M)[1])
-        return count
+                found = re.search(r"^voluntary_ctxt_switches:\s+(\d+)", file.read(), re.MULTILINE)
+            counts[thread] = int(found[1])
+        return counts
+
+    def switches_since(self, before):
+        """A thread that ended in between woke up at least for that."""
+        now = self.switches()
+        ended = len(before.keys() - now.keys())
+        return ended + sum(count - before.get(thread, 0) for thread, count in now.items())
 
 
 def place_of_item():
     for line in output("xwininfo", "-root", "-tree").splitlines():
         found = re.search(
-            r'"Corvella": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
+            r'"Corvella [^"]*": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
         )
         if found and int(found[2]) < 60:
             width, height, x, y = map(int, found.groups())
@@ -121,18 +128,17 @@ def measure_round(figures):
     corvella.stop()
 
 
-def count_wakeups(figures, seconds, measure, programs, divisor):
+def count_wakeups(figures, seconds, measure, programs):
     before = {name: program.switches() for name, program in programs.items()}
     time.sleep(seconds)
     for name, program in programs.items():
-        figures.add(name, measure, (program.switches() - before[name]) / divisor)
+        figures.add(name, measure, program.switches_since(before[name]) * 60 / seconds)
 
 
 def measure_wakeups(figures, seconds):
-    minutes, ticks = seconds / 60, seconds * TICKS_PER_SECOND
     corvella = Program(CORVELLA)
     resting = {"floor": Program(FLOOR), "kteatime": Program(TIMER), "corvella": corvella}
-    count_wakeups(figures, seconds, "wakeups a minute, idle", resting, minutes)
+    count_wakeups(figures, seconds, "wakeups a minute, idle", resting)
     resting["floor"].stop()
     resting["kteatime"].stop()
     time.sleep(REST)  # Items move up to fill the gap.
@@ -141,20 +147,17 @@ def measure_wakeups(figures, seconds):
     press("Escape")
     time.sleep(REST)
     opened = {"corvella": corvella}
-    count_wakeups(figures, seconds, "wakeups a minute, idle after use", opened, minutes)
+    count_wakeups(figures, seconds, "wakeups a minute, idle after use", opened)
 
     click_item()
     press("Return")
     press("Escape")
     running = {"corvella": corvella, "kteatime": Program(TIMER, "--time", "600")}
     time.sleep(REST)
-    before = {name: program.switches() for name, program in running.items()}
-    time.sleep(seconds)
-    for name, program in running.items():
-        count = program.switches() - before[name]
-        figures.add(name, "wakeups a minute, running", count / minutes)
-        if name == "corvella":
-            figures.add(name, "switches a tick, running", count / ticks)
+    count_wakeups(figures, seconds, "wakeups a minute, running", running)
+    a_minute = figures.median("corvella", "wakeups a minute, running")
+    figures.add("corvella", "switches a tick, running", a_minute / TICKS_A_MINUTE)
+    for program in running.values():
         program.stop()
 
 

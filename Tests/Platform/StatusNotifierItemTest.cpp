@@ -188,7 +188,7 @@ private Q_SLOTS:
         QVERIFY(s.publish(trayHost(u"waybar"_s)));
         QCOMPARE(s.pixmapSizes(), QList<QSize>({ { 52, 26 }, { 104, 52 } }));
         QVERIFY(s.publish(trayHost(u"ayatana-indicat"_s)));
-        QCOMPARE(s.property(u"IconName"_s).toString(), u"corvella"_s);
+        QCOMPARE(s.property(u"IconName"_s).toString(), u"org.corvella.Corvella"_s);
     }
 
     void aSquareChangesWithTheMinuteOnly()

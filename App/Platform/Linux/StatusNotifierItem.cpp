@@ -170,7 +170,7 @@ QVariant StatusNotifierItem::property(const QString& name)
         { u"Title"_s, u"Corvella"_s },
         { u"Status"_s, u"Active"_s },
         { u"WindowId"_s, 0 },
-        { u"IconName"_s, named ? u"corvella"_s : QString() },
+        { u"IconName"_s, named ? u"org.corvella.Corvella"_s : QString() },
         { u"IconThemePath"_s, QString() },
         { u"IconAccessibleDesc"_s, QString(u"Corvella "_s + toolTipText()).trimmed() },
         { u"ToolTip"_s,
