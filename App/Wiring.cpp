@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "App/Focus/PomodoroModel.h"
 #include "App/Platform/Linux/DBusNotifier.h"
+#include "App/Platform/Linux/EndSignals.h"
 #include "App/Platform/Linux/HelperSoundPlayer.h"
 #include "App/Platform/Linux/JsonUserDefaults.h"
 #include "App/Platform/Linux/PortalAppearance.h"
@@ -69,6 +70,12 @@ PomodoroModel& PomodoroModel::shared()
 bool Wiring::isFirstInstance()
 {
     return singleInstance().claim();
+}
+
+void Wiring::endOnSignals()
+{
+    static auto& signals = *new EndSignals;
+    QObject::connect(&signals, &EndSignals::received, qApp, [] { QCoreApplication::exit(); });
 }
 
 void Wiring::followAppearance()

@@ -22,6 +22,7 @@ int main(int argc, char** argv)
 
     if (!Wiring::isFirstInstance())
         return 0;
+    Wiring::endOnSignals();
     Wiring::followAppearance();
     Wiring::appDelegate().applicationDidFinishLaunching();
     return QApplication::exec();

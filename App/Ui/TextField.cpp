@@ -7,6 +7,8 @@
 
 #include <QPainter>
 
+#include <limits>
+
 namespace {
 
 constexpr int boxHeight = 24;
@@ -24,6 +26,7 @@ TextField::TextField(const QString& placeholder, QWidget* parent)
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setFrame(false);
+    setMaxLength(std::numeric_limits<int>::max()); // What is shown is never less than what is set.
     const int side = ControlBox::margin + padding - ownPadding;
     setTextMargins(side, ControlBox::margin, side, ControlBox::margin);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

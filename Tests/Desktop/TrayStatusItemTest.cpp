@@ -1,6 +1,7 @@
 #include "App/Platform/Linux/TrayStatusItem.h"
 
 #include "App/Platform/Linux/TrayHostMonitor.h"
+#include "App/Platform/Linux/X11Connection.h"
 #include "Tests/Support/Daemon.h"
 
 #include <QAbstractNativeEventFilter>
@@ -76,6 +77,59 @@ public Q_SLOTS:
 private:
     QDBusConnection m_bus = QDBusConnection::sessionBus();
     QDBusServiceWatcher m_owners { u""_s, m_bus, QDBusServiceWatcher::WatchForUnregistration };
+};
+
+// A tray that gives its item one place and size, however large.
+class GenerousTray final : public QAbstractNativeEventFilter {
+public:
+    explicit GenerousTray(const QRect& place)
+        : m_place(place)
+    {
+        auto* const x = X11Connection::connection();
+        const auto root = X11Connection::root();
+        const uint32_t isUnmanaged = 1;
+        xcb_create_window(x, XCB_COPY_FROM_PARENT, m_window, root, 0, 0, 1280, 720, 0,
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
+            &isUnmanaged);
+        xcb_map_window(x, m_window);
+        qApp->installNativeEventFilter(this);
+        const auto selection = X11Connection::atom("_NET_SYSTEM_TRAY_S0");
+        xcb_set_selection_owner(x, m_window, selection, XCB_CURRENT_TIME);
+        xcb_client_message_event_t news {};
+        news.response_type = XCB_CLIENT_MESSAGE;
+        news.format = 32;
+        news.window = root;
+        news.type = X11Connection::atom("MANAGER");
+        news.data.data32[1] = selection;
+        news.data.data32[2] = m_window;
+        xcb_send_event(
+            x, 0, root, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char*>(&news));
+        xcb_flush(x);
+    }
+    ~GenerousTray() override { xcb_destroy_window(X11Connection::connection(), m_window); }
+
+    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override
+    {
+        const auto* request = static_cast<const xcb_client_message_event_t*>(message);
+        if ((request->response_type & 0x7f) == XCB_CLIENT_MESSAGE
+            && request->type == X11Connection::atom("_NET_SYSTEM_TRAY_OPCODE"))
+            take(request->data.data32[2]);
+        return false;
+    }
+
+private:
+    void take(xcb_window_t item) const
+    {
+        auto* const x = X11Connection::connection();
+        const uint32_t size[] = { uint32_t(m_place.width()), uint32_t(m_place.height()) };
+        xcb_reparent_window(x, item, m_window, int16_t(m_place.x()), int16_t(m_place.y()));
+        xcb_configure_window(x, item, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+        xcb_map_window(x, item);
+        xcb_flush(x);
+    }
+
+    xcb_window_t m_window = xcb_generate_id(X11Connection::connection());
+    QRect m_place;
 };
 
 class TrayStatusItemTest final : public QObject {
@@ -174,6 +228,16 @@ private Q_SLOTS:
         bar = nullptr;
         bar = std::make_unique<Bar>();
         QTRY_COMPARE(bar->items.size(), 1);
+    }
+
+    void isSeenHoweverMuchRoomTheTrayGives()
+    {
+        TrayStatusItem item(painter());
+        item.setTitle({ u"24:59"_s, {} });
+        item.show();
+        const GenerousTray tray({ 0, -3200, 1200, 7000 });
+        QTRY_COMPARE(item.geometry(), QRect(0, -3200, 1200, 7000));
+        QTRY_VERIFY(isSeen(item));
     }
 
     void isNeverInTwoPlaces()

@@ -217,6 +217,16 @@ class FocusTimer(unittest.TestCase):
         task = corvella.find("text", "What are you working on?")
         self.assertEqual(task.get_text(0, -1), "Write")
 
+    def test_what_was_typed_last_outlives_the_end_of_the_session(self):
+        for ending in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            corvella = self.launch()
+            corvella.open_popover()
+            task = corvella.find("text", "What are you working on?")
+            task.set_text_contents(ending.name)
+            corvella.process.send_signal(ending)
+            self.assertEqual(corvella.process.wait(10), 0)
+            self.assertEqual(stored()["taskName"], ending.name)
+
     def test_everything_is_reached_and_used_by_keyboard_alone(self):
         corvella = self.launch()
         corvella.open_popover()

@@ -186,6 +186,17 @@ private Q_SLOTS:
         QCOMPARE(s.model.taskName(), u"abc"_s);
     }
 
+    void aTaskIsKeptHoweverLongItIs()
+    {
+        const QString longTask(100'000, u'y');
+        Setup s({ { u"taskName"_s, longTask } });
+        QCOMPARE(s.defaults.text(u"taskName"_s), longTask);
+        auto& task = s.find<TextField>(u"task"_s);
+        task.end(false);
+        QTest::keyClicks(&task, u"!"_s);
+        QCOMPARE(s.model.taskName(), longTask + u'!');
+    }
+
     void theCaretStaysWhereTheUserTypes()
     {
         Setup s({ { u"taskName"_s, u"ad"_s } });

@@ -4,11 +4,13 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QPoint>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -272,6 +274,31 @@ private Q_SLOTS:
         event(2, u"clicked"_s);
         QCOMPARE(chosen.size(), 1);
         QCOMPARE(chosen.first().first().toInt(), 1);
+    }
+
+    void aListOfTheWrongKindHoldsNothing_data()
+    {
+        QTest::addColumn<QString>("method");
+        QTest::addColumn<QVariant>("list");
+        qDBusRegisterMetaType<QList<QPoint>>();
+        const auto pairs = QVariant::fromValue(QList<QPoint> { { 2, 2 } });
+        const auto numbers = QVariant::fromValue(QList<int> { 2 });
+        QTest::newRow("pairs for entries") << u"GetGroupProperties"_s << pairs;
+        QTest::newRow("pairs for events") << u"EventGroup"_s << pairs;
+        QTest::newRow("numbers for events") << u"EventGroup"_s << numbers;
+        QTest::newRow("a number for events") << u"EventGroup"_s << QVariant(2);
+    }
+
+    void aListOfTheWrongKindHoldsNothing()
+    {
+        QFETCH(QString, method);
+        QFETCH(QVariant, list);
+        Setup s;
+        QVERIFY(s.publish({}));
+        QSignalSpy chosen(&s.item, &StatusNotifierItem::menuEntryChosen);
+        const auto reply = s.ask(u"/MenuBar"_s, menuInterface, method, { list });
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(chosen.size(), 0);
     }
 
     void anUnknownCallIsAnError()

@@ -81,6 +81,16 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, MenuEvent& event)
     return argument;
 }
 
+// Nothing where the caller sent anything else: reading a value as what it is not ends the program.
+template <typename T>
+QList<T> listOf(const QVariant& value, QLatin1StringView signature)
+{
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    const auto argument = value.value<QDBusArgument>();
+    return argument.currentSignature() == signature ? qdbus_cast<QList<T>>(argument) : QList<T>();
+}
+
 }
 
 Q_DECLARE_METATYPE(MenuNode)
@@ -153,7 +163,7 @@ QVariantList DBusMenu::reply(const QDBusMessage& message)
     if (member == "GetLayout"_L1 && knows(first.toInt()))
         return { revision, layout(first.toInt()) };
     if (member == "GetGroupProperties"_L1)
-        return { groupProperties(qdbus_cast<QList<int>>(first)) };
+        return { groupProperties(listOf<int>(first, "ai"_L1)) };
     if (member == "GetProperty"_L1) {
         const auto value = properties(first.toInt()).value(arguments.value(1).toString());
         return { QVariant::fromValue(QDBusVariant(value.isValid() ? value : QString())) };
@@ -161,7 +171,7 @@ QVariantList DBusMenu::reply(const QDBusMessage& message)
     if (member == "Event"_L1)
         receive(first.toInt(), arguments.value(1).toString());
     if (member == "EventGroup"_L1) {
-        for (const auto& event : qdbus_cast<QList<MenuEvent>>(first))
+        for (const auto& event : listOf<MenuEvent>(first, "a(isvu)"_L1))
             receive(event.id, event.name);
         return { QVariant::fromValue(QList<int>()) };
     }

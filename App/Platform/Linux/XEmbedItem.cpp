@@ -18,6 +18,9 @@ namespace {
 
 constexpr int fullHeight = 26; // Of the pill, in points.
 
+// A tray may give any size, but a request to the server that is too long ends the connection.
+constexpr QSize mostPainted(2048, 512);
+
 template <typename Reply>
 std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply)
 {
@@ -54,6 +57,11 @@ bool compositorRuns()
     const auto cookie = xcb_get_selection_owner(x, X11Connection::atom("_NET_WM_CM_S0"));
     const auto reply = owned(xcb_get_selection_owner_reply(x, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+QPoint inMiddle(const QSize& inner, const QSize& outer)
+{
+    return { (outer.width() - inner.width()) / 2, (outer.height() - inner.height()) / 2 };
 }
 
 // Qt moves no screen when it scales: the top left corner is the same in pixels and in points.
@@ -229,20 +237,21 @@ void XEmbedItem::paint()
 {
     if (!m_isMapped)
         return;
-    QImage image(m_size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(m_size.boundedTo(mostPainted), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QPainter(&image).drawImage(
-        (m_size.width() - m_pill.width()) / 2, (m_size.height() - m_pill.height()) / 2, m_pill);
+    QPainter(&image).drawImage(inMiddle(m_pill.size(), image.size()), m_pill);
+    const auto corner = inMiddle(image.size(), m_size);
     if (!m_blends)
-        cutOut(image);
+        cutOut(image, corner);
     auto* const x = X11Connection::connection();
     xcb_put_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, m_context,
-        static_cast<uint16_t>(image.width()), static_cast<uint16_t>(image.height()), 0, 0, 0,
-        m_depth, static_cast<uint32_t>(image.sizeInBytes()), image.constBits());
+        static_cast<uint16_t>(image.width()), static_cast<uint16_t>(image.height()),
+        static_cast<int16_t>(corner.x()), static_cast<int16_t>(corner.y()), 0, m_depth,
+        static_cast<uint32_t>(image.sizeInBytes()), image.constBits());
     xcb_flush(x);
 }
 
-void XEmbedItem::cutOut(const QImage& image)
+void XEmbedItem::cutOut(const QImage& image, const QPoint& corner)
 {
     if (m_shape.size() == m_pill.size())
         return; // Pills of a size have the same outline.
@@ -260,8 +269,8 @@ void XEmbedItem::cutOut(const QImage& image)
             static_cast<uint16_t>(width), 1 });
     }
     xcb_shape_rectangles(X11Connection::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-        XCB_CLIP_ORDERING_YX_BANDED, m_window, 0, 0, static_cast<uint32_t>(rows.size()),
-        rows.constData());
+        XCB_CLIP_ORDERING_YX_BANDED, m_window, static_cast<int16_t>(corner.x()),
+        static_cast<int16_t>(corner.y()), static_cast<uint32_t>(rows.size()), rows.constData());
 }
 
 QRect XEmbedItem::geometry() const

@@ -46,7 +46,7 @@ private:
     void click(const xcb_button_release_event_t& release);
     void render();
     void paint();
-    void cutOut(const QImage& image);
+    void cutOut(const QImage& image, const QPoint& corner);
 
     const XEmbedTray& m_tray;
     StatusPainter m_painter;
