@@ -5,7 +5,9 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
+#include <QInputMethodEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <limits>
 
@@ -14,6 +16,7 @@ namespace {
 constexpr int boxHeight = 24;
 constexpr int usualWidth = 150;
 constexpr int padding = 8;
+constexpr int caretWidth = 1;
 constexpr int ownPadding = 2; // QLineEdit adds it by itself.
 constexpr qreal radius = 6;
 
@@ -31,9 +34,10 @@ TextField::TextField(const QString& placeholder, QWidget* parent)
     setTextMargins(side, ControlBox::margin, side, ControlBox::margin);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setFont(Theme::familylessFont(TextRole::body));
-    // The rounded field is ours to paint; all other roles follow the application.
+    // Field and placeholder are ours to paint; all other roles follow the application.
     QPalette clear;
     clear.setColor(QPalette::Base, Qt::transparent);
+    clear.setColor(QPalette::PlaceholderText, Qt::transparent);
     setPalette(clear);
 }
 
@@ -63,6 +67,27 @@ void TextField::paintEvent(QPaintEvent* event)
     } else {
         Surface::ring(painter, box(), radius, isEnabled() ? c.fieldRing : c.disabledRing);
     }
+    if (text().isEmpty() && !m_isComposing)
+        paintPlaceholder(painter);
     painter.end();
     QLineEdit::paintEvent(event);
+}
+
+// Not left to Qt, whose caret would stand on the first letter.
+void TextField::paintPlaceholder(QPainter& painter)
+{
+    const Colors& c = Theme::current().colors;
+    const int side = padding + caretWidth;
+    const QRect words = box().adjusted(side, 0, -side, 0);
+    painter.setPen(isEnabled() ? c.placeholder : c.disabledWords);
+    painter.setFont(font());
+    painter.drawText(words,
+        int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)),
+        fontMetrics().elidedText(placeholderText(), Qt::ElideRight, words.width()));
+}
+
+void TextField::inputMethodEvent(QInputMethodEvent* event)
+{
+    m_isComposing = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
 }

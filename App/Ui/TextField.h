@@ -20,7 +20,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
+    void paintPlaceholder(QPainter& painter);
+
     Interaction* m_interaction;
+    bool m_isComposing = false; // An input method shows what it has not committed yet.
 };

@@ -51,7 +51,6 @@ private Q_SLOTS:
         Theme::apply({ .dark = true });
         const Colors& c = Theme::current().colors;
         QTRY_COMPARE(s.field.palette().color(QPalette::Text), c.text);
-        QCOMPARE(s.field.palette().color(QPalette::PlaceholderText), c.placeholder);
         QCOMPARE(s.at({ 100, 15 }), c.field);
     }
 
@@ -68,6 +67,34 @@ private Q_SLOTS:
         Setup s;
         QTest::keyClicks(&s.field, u"Notes"_s);
         QCOMPARE(s.field.text(), u"Notes"_s);
+    }
+
+    void thePlaceholderLeavesRoomForTheCaretAndGivesWayToWhatIsComposed()
+    {
+        Setup s;
+        s.field.clearFocus(); // Without the caret, whose place is the column before.
+        const auto inkedColumns = [&s] {
+            const auto words = s.field.box().adjusted(2, 2, -2, -2);
+            const auto image = s.field.grab(words).toImage();
+            QList<int> columns;
+            for (int x = 0; x < image.width(); ++x) {
+                for (int y = 0; y < image.height(); ++y) {
+                    if (image.pixelColor(x, y) != Theme::current().colors.field) {
+                        columns << words.x() + x - s.field.box().x();
+                        break;
+                    }
+                }
+            }
+            return columns;
+        };
+        QVERIFY(!inkedColumns().isEmpty());
+        QVERIFY(inkedColumns().first() > 8);
+        QInputMethodEvent composing(u"n"_s, {});
+        QCoreApplication::sendEvent(&s.field, &composing);
+        QVERIFY(inkedColumns().size() < 15);
+        QInputMethodEvent given;
+        QCoreApplication::sendEvent(&s.field, &given);
+        QVERIFY(inkedColumns().size() > 15);
     }
 
     void itsPlaceholderIsItsName()
