@@ -1,8 +1,10 @@
 #include "App/Popover.h"
 
 #include "App/Platform/Compositor.h"
+#include "App/Ui/Accessibility.h"
 #include "App/Ui/Theme.h"
 
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -29,6 +31,8 @@ Popover::Popover(const Compositor& compositor, std::unique_ptr<QWidget> content)
     : m_compositor(compositor)
     , m_content(content.release())
 {
+    Accessibility::describe(staticMetaObject,
+        [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::Dialog); });
     m_content->setParent(this);
     setWindowTitle(QStringLiteral("Corvella"));
     setAttribute(Qt::WA_TranslucentBackground);

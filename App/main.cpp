@@ -4,16 +4,36 @@
 #include <QApplication>
 #include <QThreadPool>
 
+namespace {
+
+constexpr auto platformVariable = "QT_QPA_PLATFORM";
+constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
+
+void setVariable(const char* name, const QByteArray& value)
+{
+    if (value.isNull())
+        qunsetenv(name);
+    else
+        qputenv(name, value);
+}
+
+}
+
 int main(int argc, char** argv)
 {
+    const auto usersPlatform = qgetenv(platformVariable);
+    const auto usersTheme = qgetenv(themeVariable);
     // The desktop's theme plugin would cost more than all of Corvella; what is needed of it comes
     // over the session bus.
     QGuiApplication::setDesktopSettingsAware(false);
-    qunsetenv("QT_QPA_PLATFORMTHEME");
+    qunsetenv(themeVariable);
     // Item and popover are X11 windows, also in a session where Qt would rather speak Wayland.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    if (usersPlatform.isEmpty())
+        qputenv(platformVariable, "xcb");
     QApplication app(argc, argv);
+    // Programs that are started from here get the user's own choice.
+    setVariable(platformVariable, usersPlatform);
+    setVariable(themeVariable, usersTheme);
     QApplication::setApplicationName(QStringLiteral("Corvella"));
     QApplication::setDesktopFileName(QStringLiteral("org.corvella.Corvella"));
     QApplication::setQuitOnLastWindowClosed(false);

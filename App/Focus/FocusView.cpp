@@ -4,12 +4,14 @@
 #include "App/Focus/PomodoroModel.h"
 #include "App/Focus/ProgressRing.h"
 #include "App/Focus/SessionCount.h"
+#include "App/Ui/Accessibility.h"
 #include "App/Ui/Button.h"
 #include "App/Ui/Divider.h"
 #include "App/Ui/Label.h"
 #include "App/Ui/TextField.h"
 #include "App/Ui/Theme.h"
 
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QShortcut>
 #include <QStyle>
@@ -52,6 +54,9 @@ void FocusView::build()
     m_shortLength = new LengthStepper(u"Short"_s, 60, this);
     m_longLength = new LengthStepper(u"Long"_s, 90, this);
     setFocusProxy(m_task);
+    setAccessibleName(u"Focus timer"_s);
+    Accessibility::describe(staticMetaObject,
+        [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::Grouping); });
 
     m_phase->setObjectName(u"phase"_s);
     m_ring->setObjectName(u"ring"_s);

@@ -1,6 +1,6 @@
 #include "App/Platform/Linux/DefaultsFile.h"
 #include "App/Platform/Linux/JsonUserDefaults.h"
-#include "Tests/Platform/OtherDefaults.h"
+#include "Tests/Platform/Linux/OtherDefaults.h"
 
 #include <QDir>
 #include <QElapsedTimer>
