@@ -208,6 +208,16 @@ def press_key(key):
     run(f"xdotool key {key}")
 
 
+def scale():
+    """Pixels a point."""
+    return int(re.search(r"Xft.dpi:\s*(\d+)", run("xrdb -query"))[1]) / 96
+
+
+def screen_width():
+    """In pixels."""
+    return int(run("xdotool getdisplaygeometry").split()[0])
+
+
 def screenshot(name):
     """Keeps a picture of the screen where whoever runs the test asked for one."""
     folder = os.environ.get("CORVELLA_PICTURES")
