@@ -143,7 +143,8 @@ void FocusView::arrange()
 
     m_phase->setGeometry(next(phaseHeight));
     const auto ring = next(ProgressRing::side);
-    m_ring->move(ring.left() + (ring.width() - ProgressRing::side) / 2, ring.top());
+    const int indent = (ring.width() - ProgressRing::side) / 2;
+    m_ring->move(ring.topLeft() + QPoint(indent - ProgressRing::margin, -ProgressRing::margin));
     m_task->placeBox(next(controlHeight));
     arrangeControls(next(controlHeight));
     m_divider->setGeometry(next(1));

@@ -33,7 +33,7 @@ ProgressRing::ProgressRing(QWidget* parent)
         return new AccessibleFraction(
             widget, [widget] { return static_cast<ProgressRing*>(widget)->progress(); });
     });
-    setFixedSize(side, side);
+    setFixedSize(side + 2 * margin, side + 2 * margin);
     m_animation.setDuration(stepMs);
     connect(&m_animation, &QVariantAnimation::valueChanged, this,
         [this](const QVariant& value) { setShown(value.toDouble()); });
@@ -80,7 +80,7 @@ void ProgressRing::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const auto middle = QRectF(rect()).marginsRemoved(QMarginsF() + stroke / 2);
+    const auto middle = QRectF(rect()).marginsRemoved(QMarginsF() + margin + stroke / 2);
     painter.setPen(QPen(Theme::current().colors.ringTrack, stroke));
     painter.drawEllipse(middle);
     if (m_shown > 0) {

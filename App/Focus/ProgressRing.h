@@ -9,7 +9,9 @@ class ProgressRing final : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr int side = 150;
+    static constexpr int side = 150; // Of the box that the ring fills.
+    // Around the box: between two pixels its outermost ones would be cut off.
+    static constexpr int margin = 1;
 
     explicit ProgressRing(QWidget* parent);
 

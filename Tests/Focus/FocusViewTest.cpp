@@ -79,7 +79,7 @@ private Q_SLOTS:
                 ControlBox::margin, ControlBox::margin, -ControlBox::margin, -ControlBox::margin);
         };
         QCOMPARE(s.find<Label>(u"phase"_s).y(), 60);
-        QCOMPARE(s.find<ProgressRing>(u"ring"_s).geometry(), QRect(125, 88, 150, 150));
+        QCOMPARE(s.find<ProgressRing>(u"ring"_s).geometry(), QRect(124, 87, 152, 152));
         QCOMPARE(boxOf(s.find<TextField>(u"task"_s)), QRect(16, 252, 368, 24));
         QCOMPARE(boxOf(s.button(u"toggle"_s)), QRect(16, 290, 64, 24));
         QCOMPARE(boxOf(s.button(u"reset"_s)).topLeft(), QPoint(88, 290));
