@@ -72,7 +72,8 @@ void X11PopoverWindow::show(const QRect& anchor)
     if (!m_content)
         build();
     place(anchor);
-    keepOffTaskbarsAndPagers(static_cast<xcb_window_t>(m_content->winId()));
+    if (X11Connection::connection())
+        keepOffTaskbarsAndPagers(static_cast<xcb_window_t>(m_content->winId()));
     m_content->show();
 }
 
@@ -162,6 +163,8 @@ void X11PopoverWindow::takeKeyboard()
 bool X11PopoverWindow::hasKeyboard() const
 {
     auto* const x = X11Connection::connection();
+    if (!x)
+        return false;
     const Owned<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr), &std::free);
     return focus && focus->focus == m_content->winId();
