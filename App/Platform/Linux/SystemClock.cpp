@@ -19,7 +19,7 @@ SystemClock::~SystemClock()
 void SystemClock::followSleep()
 {
     QDBusConnection::systemBus().connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
-        u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
+        u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, u"b"_s, this,
         SLOT(prepareForSleep(bool)));
 }
 
