@@ -4,6 +4,10 @@
 #include <QApplication>
 #include <QThreadPool>
 
+#include <unistd.h>
+
+static constexpr unsigned longestFarewell = 3; // Seconds.
+
 int main(int argc, char** argv)
 {
     // The desktop's theme plugin would cost more than all of Corvella; what is needed of it comes
@@ -25,5 +29,9 @@ int main(int argc, char** argv)
     Wiring::endOnSignals();
     Wiring::followAppearance();
     Wiring::appDelegate().applicationDidFinishLaunching();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // The settings are stored first; a library that waits for a service that hangs must not hold
+    // up the end of the session after that.
+    alarm(longestFarewell);
+    return status;
 }
