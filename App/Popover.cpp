@@ -39,9 +39,11 @@ Popover::Popover(const Compositor& compositor, std::unique_ptr<QWidget> content)
 void Popover::adaptToCompositor()
 {
     const auto margins = m_compositor.isRunning() ? shadowMargins : edgeMargins;
+    const auto sheet = mapToGlobal(m_content->pos());
     setContentsMargins(margins);
     setFixedSize(m_content->size().grownBy(margins));
     m_content->move(margins.left(), margins.top());
+    move(sheet - m_content->pos()); // The window grows or shrinks around what is seen.
     if (m_compositor.isRunning()) {
         clearMask();
     } else {

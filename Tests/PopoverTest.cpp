@@ -73,6 +73,15 @@ private Q_SLOTS:
         QVERIFY(mask.contains(s.popover->rect().center()));
     }
 
+    void theSheetStaysWhereItIsWhenACompositorComes()
+    {
+        Setup s(false);
+        s.popover->move(100, 50);
+        const auto place = s.content->mapToGlobal(QPoint());
+        s.switchTo(true);
+        QCOMPARE(s.content->mapToGlobal(QPoint()), place);
+    }
+
     void aCompositorMayComeAndGo()
     {
         Setup s(false);

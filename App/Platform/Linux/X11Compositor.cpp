@@ -4,23 +4,11 @@
 
 #include <QCoreApplication>
 
-#include <cstdlib>
-#include <memory>
 #include <xcb/xfixes.h>
 
 namespace {
 
 constexpr auto selection = "_NET_WM_CM_S0";
-
-xcb_window_t selectionOwner()
-{
-    auto* const x = X11Connection::connection();
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> reply(
-        xcb_get_selection_owner_reply(
-            x, xcb_get_selection_owner(x, X11Connection::atom(selection)), nullptr),
-        &std::free);
-    return reply ? reply->owner : xcb_window_t { XCB_WINDOW_NONE };
-}
 
 }
 
@@ -38,7 +26,7 @@ X11Compositor::X11Compositor()
                 | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
         qApp->installNativeEventFilter(this);
     }
-    m_running = selectionOwner() != XCB_WINDOW_NONE;
+    m_running = X11Connection::selectionOwner(X11Connection::atom(selection)) != XCB_WINDOW_NONE;
 }
 
 bool X11Compositor::nativeEventFilter(const QByteArray&, void* message, qintptr*)

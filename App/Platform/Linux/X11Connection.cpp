@@ -5,8 +5,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 namespace X11Connection {
 
@@ -28,9 +26,15 @@ xcb_atom_t atom(const char* name)
         return *found;
     const QByteArray text(name);
     const auto cookie = xcb_intern_atom(connection(), 0, static_cast<uint16_t>(text.size()), name);
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-        xcb_intern_atom_reply(connection(), cookie, nullptr), &std::free);
+    const auto reply = owned(xcb_intern_atom_reply(connection(), cookie, nullptr));
     return known[text] = reply ? reply->atom : xcb_atom_t { XCB_ATOM_NONE };
+}
+
+xcb_window_t selectionOwner(xcb_atom_t selection)
+{
+    const auto cookie = xcb_get_selection_owner(connection(), selection);
+    const auto reply = owned(xcb_get_selection_owner_reply(connection(), cookie, nullptr));
+    return reply ? reply->owner : xcb_window_t { XCB_WINDOW_NONE };
 }
 
 void sendToRoot(xcb_window_t window, const char* type, const uint32_t (&values)[5])

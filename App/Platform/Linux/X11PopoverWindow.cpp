@@ -10,7 +10,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <utility>
 #include <xcb/shape.h>
 
@@ -21,9 +20,6 @@ constexpr int sameClickMs = 250;
 
 // In the words of the EWMH: a tool that asks in the user's name is not refused the focus.
 constexpr uint32_t sourceIsPager = 2;
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 
 void keepOffTaskbarsAndPagers(xcb_window_t window)
 {
@@ -165,8 +161,8 @@ bool X11PopoverWindow::hasKeyboard() const
     auto* const x = X11Connection::connection();
     if (!x)
         return false;
-    const Owned<xcb_get_input_focus_reply_t> focus(
-        xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr), &std::free);
+    const auto focus
+        = X11Connection::owned(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr));
     return focus && focus->focus == m_content->winId();
 }
 
@@ -177,13 +173,10 @@ QRect X11PopoverWindow::nativeBody() const
     const auto window = static_cast<xcb_window_t>(m_content->winId());
     const auto scale = m_content->devicePixelRatioF();
     const auto body = m_content->contentsRect();
-    const Owned<xcb_translate_coordinates_reply_t> origin(
-        xcb_translate_coordinates_reply(x,
-            xcb_translate_coordinates(x, window, X11Connection::root(),
-                static_cast<int16_t>(std::lround(body.x() * scale)),
-                static_cast<int16_t>(std::lround(body.y() * scale))),
-            nullptr),
-        &std::free);
+    const auto cookie = xcb_translate_coordinates(x, window, X11Connection::root(),
+        static_cast<int16_t>(std::lround(body.x() * scale)),
+        static_cast<int16_t>(std::lround(body.y() * scale)));
+    const auto origin = X11Connection::owned(xcb_translate_coordinates_reply(x, cookie, nullptr));
     if (!origin)
         return {};
     return { origin->dst_x, origin->dst_y, static_cast<int>(std::lround(body.width() * scale)),

@@ -9,8 +9,6 @@
 #include <QScreen>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <utility>
 #include <xcb/shape.h>
 
@@ -20,12 +18,6 @@ constexpr int fullHeight = 26; // Of the pill, in points.
 
 // A tray may give any size, but a request to the server that is too long ends the connection.
 constexpr QSize mostPainted(2048, 512);
-
-template <typename Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply)
-{
-    return { reply, &std::free };
-}
 
 qreal scale()
 {
@@ -53,10 +45,7 @@ uint8_t depthOf(xcb_visualid_t visual)
 
 bool compositorRuns()
 {
-    auto* const x = X11Connection::connection();
-    const auto cookie = xcb_get_selection_owner(x, X11Connection::atom("_NET_WM_CM_S0"));
-    const auto reply = owned(xcb_get_selection_owner_reply(x, cookie, nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return X11Connection::selectionOwner(X11Connection::atom("_NET_WM_CM_S0")) != XCB_WINDOW_NONE;
 }
 
 QPoint inMiddle(const QSize& inner, const QSize& outer)
@@ -279,7 +268,7 @@ QRect XEmbedItem::geometry() const
         return {};
     auto* const x = X11Connection::connection();
     const auto cookie = xcb_translate_coordinates(x, m_window, X11Connection::root(), 0, 0);
-    const auto reply = owned(xcb_translate_coordinates_reply(x, cookie, nullptr));
+    const auto reply = X11Connection::owned(xcb_translate_coordinates_reply(x, cookie, nullptr));
     if (!reply)
         return {};
     return toPoints({ QPoint(reply->dst_x, reply->dst_y), m_size });

@@ -4,27 +4,7 @@
 
 #include <QCoreApplication>
 
-#include <cstdlib>
-#include <memory>
-
 namespace {
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
-
-template <typename Reply>
-Owned<Reply> owned(Reply* reply)
-{
-    return { reply, &std::free };
-}
-
-xcb_window_t selectionOwner(xcb_atom_t selection)
-{
-    auto* const x = X11Connection::connection();
-    const auto cookie = xcb_get_selection_owner(x, selection);
-    const auto reply = owned(xcb_get_selection_owner_reply(x, cookie, nullptr));
-    return reply ? reply->owner : xcb_window_t { XCB_WINDOW_NONE };
-}
 
 // False when the window is gone already.
 bool listenForEnd(xcb_window_t window)
@@ -32,7 +12,7 @@ bool listenForEnd(xcb_window_t window)
     auto* const x = X11Connection::connection();
     const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     const auto cookie = xcb_change_window_attributes_checked(x, window, XCB_CW_EVENT_MASK, &mask);
-    return !owned(xcb_request_check(x, cookie));
+    return !X11Connection::owned(xcb_request_check(x, cookie));
 }
 
 xcb_visualid_t wantedVisual(xcb_window_t tray)
@@ -40,7 +20,7 @@ xcb_visualid_t wantedVisual(xcb_window_t tray)
     auto* const x = X11Connection::connection();
     const auto cookie = xcb_get_property(
         x, 0, tray, X11Connection::atom("_NET_SYSTEM_TRAY_VISUAL"), XCB_ATOM_VISUALID, 0, 1);
-    const auto reply = owned(xcb_get_property_reply(x, cookie, nullptr));
+    const auto reply = X11Connection::owned(xcb_get_property_reply(x, cookie, nullptr));
     if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) < 4)
         return 0;
     return *static_cast<const xcb_visualid_t*>(xcb_get_property_value(reply.get()));
@@ -60,7 +40,7 @@ XEmbedTray::XEmbedTray()
 
 void XEmbedTray::findOwner()
 {
-    auto owner = selectionOwner(m_selection);
+    auto owner = X11Connection::selectionOwner(m_selection);
     if (owner != XCB_WINDOW_NONE && !listenForEnd(owner))
         owner = XCB_WINDOW_NONE; // Its successor will say so.
     if (owner == m_window)
