@@ -4,10 +4,13 @@
 #include <QApplication>
 #include <QThreadPool>
 
+#include <unistd.h>
+
 namespace {
 
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
+constexpr unsigned longestFarewell = 3; // Seconds.
 
 void setVariable(const char* name, const QByteArray& value)
 {
@@ -45,5 +48,9 @@ int main(int argc, char** argv)
     Wiring::endOnSignals();
     Wiring::followAppearance();
     Wiring::appDelegate().applicationDidFinishLaunching();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // The settings are stored first; a library that waits for a service that hangs must not hold
+    // up the end of the session after that.
+    alarm(longestFarewell);
+    return status;
 }

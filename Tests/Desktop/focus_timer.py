@@ -5,9 +5,11 @@ import os
 import shutil
 import signal
 import struct
+import subprocess
 import tempfile
 import time
 import unittest
+import unittest.mock
 
 from gi.repository import Atspi
 
@@ -228,6 +230,20 @@ class FocusTimer(unittest.TestCase):
             corvella.process.send_signal(ending)
             self.assertEqual(corvella.process.wait(10), 0)
             self.assertEqual(stored()["taskName"], ending.name)
+
+    def test_a_system_bus_that_hangs_holds_up_neither_start_nor_end(self):
+        bus = subprocess.Popen(
+            ["dbus-daemon", "--session", "--nofork", "--print-address"],
+            stdout=subprocess.PIPE,
+            text=True,
+        )
+        self.addCleanup(bus.wait)
+        self.addCleanup(bus.kill)
+        address = bus.stdout.readline().strip()
+        bus.send_signal(signal.SIGSTOP)
+        with unittest.mock.patch.dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=address):
+            self.launch()
+        self.corvella.stop()
 
     def test_everything_is_reached_and_used_by_keyboard_alone(self):
         corvella = self.launch()

@@ -30,7 +30,8 @@ PortalAppearance::PortalAppearance(QDBusConnection bus)
         return;
     // Signals are matched by the names of types, and nothing else may have made this one known yet.
     qRegisterMetaType<QDBusVariant>();
-    m_bus.connect(service, path, interface, u"SettingChanged"_s, this,
+    // With its types: a signal of others would end the program when it meets the slot.
+    m_bus.connect(service, path, interface, u"SettingChanged"_s, u"ssv"_s, this,
         SLOT(changeSetting(QString, QString, QDBusVariant)));
     // A portal that comes late or again may have missed changes itself.
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalAppearance::readAll);

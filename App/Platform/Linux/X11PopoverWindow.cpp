@@ -68,7 +68,8 @@ void X11PopoverWindow::show(const QRect& anchor)
     if (!m_content)
         build();
     place(anchor);
-    keepOffTaskbarsAndPagers(static_cast<xcb_window_t>(m_content->winId()));
+    if (X11Connection::connection())
+        keepOffTaskbarsAndPagers(static_cast<xcb_window_t>(m_content->winId()));
     m_content->show();
 }
 
@@ -158,6 +159,8 @@ void X11PopoverWindow::takeKeyboard()
 bool X11PopoverWindow::hasKeyboard() const
 {
     auto* const x = X11Connection::connection();
+    if (!x)
+        return false;
     const auto focus
         = X11Connection::owned(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr));
     return focus && focus->focus == m_content->winId();

@@ -3,6 +3,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
@@ -61,6 +62,24 @@ private Q_SLOTS:
         QVERIFY(!s.appearance.accent().isValid());
         QVERIFY(s.appearance.fontFamily().isEmpty());
         QCOMPARE(s.changes.count(), 0);
+    }
+
+    void ignoresAChangeOfAnotherShape()
+    {
+        const auto name = u"a portal that mumbles"_s;
+        auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        bus.registerService(u"org.freedesktop.portal.Desktop"_s);
+        Setup s;
+        const auto tell = [&bus](const QVariant& value) {
+            auto signal = QDBusMessage::createSignal(u"/org/freedesktop/portal/desktop"_s,
+                u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
+            signal << colours << u"color-scheme"_s << value;
+            bus.send(signal);
+        };
+        tell(QVariant::fromValue(QList<int> { 2 }));
+        tell(QVariant::fromValue(QDBusVariant(1U)));
+        QTRY_VERIFY(s.appearance.isDark());
+        QDBusConnection::disconnectFromBus(name);
     }
 
     void isLightAndPlainWithoutABus()
