@@ -21,6 +21,18 @@ static const auto colours = u"org.freedesktop.appearance"_s;
 static const auto gnome = u"org.gnome.desktop.interface"_s;
 static const auto kde = u"org.kde.kdeglobals.General"_s;
 
+// All that is kept of what the portal tells.
+static const auto colorScheme = colours + u"/color-scheme"_s;
+static const auto accentColor = colours + u"/accent-color"_s;
+static const auto gnomeFont = gnome + u"/font-name"_s;
+static const auto kdeFont = kde + u"/font"_s;
+
+static bool isOfInterest(const QString& setting)
+{
+    return setting == colorScheme || setting == accentColor || setting == gnomeFont
+        || setting == kdeFont;
+}
+
 PortalAppearance::PortalAppearance(QDBusConnection bus)
     : m_bus(bus)
     , m_watcher(service, bus, QDBusServiceWatcher::WatchForRegistration)
@@ -58,8 +70,11 @@ void PortalAppearance::learnAll(const QDBusMessage& answer)
     m_settings.clear();
     const auto told = spaces.value();
     for (auto space = told.cbegin(); space != told.cend(); ++space) {
-        for (auto setting = space->cbegin(); setting != space->cend(); ++setting)
-            m_settings.insert(space.key() + u'/' + setting.key(), setting.value());
+        for (auto setting = space->cbegin(); setting != space->cend(); ++setting) {
+            const auto name = space.key() + u'/' + setting.key();
+            if (isOfInterest(name))
+                m_settings.insert(name, setting.value());
+        }
     }
     // Answers and signals may overtake each other; only signals keep their order among themselves.
     m_settings.insert(m_changedSince);
@@ -69,9 +84,9 @@ void PortalAppearance::learnAll(const QDBusMessage& answer)
 void PortalAppearance::changeSetting(
     const QString& space, const QString& key, const QDBusVariant& value)
 {
-    if (space != colours && space != gnome && space != kde)
-        return;
     const auto setting = space + u'/' + key;
+    if (!isOfInterest(setting))
+        return;
     m_settings.insert(setting, value.variant());
     m_changedSince.insert(setting, value.variant());
     show();
@@ -81,7 +96,7 @@ void PortalAppearance::show()
 {
     constexpr uint preferDark = 1;
     const Look look {
-        .dark = m_settings.value(colours + u"/color-scheme"_s).toUInt() == preferDark,
+        .dark = m_settings.value(colorScheme).toUInt() == preferDark,
         .accent = readAccent(),
         .fontFamily = readFontFamily(),
     };
@@ -93,7 +108,7 @@ void PortalAppearance::show()
 
 QColor PortalAppearance::readAccent() const
 {
-    const auto value = m_settings.value(colours + u"/accent-color"_s);
+    const auto value = m_settings.value(accentColor);
     if (value.metaType() != QMetaType::fromType<QDBusArgument>())
         return {};
     const auto argument = value.value<QDBusArgument>();
@@ -114,9 +129,8 @@ QColor PortalAppearance::readAccent() const
 
 QString PortalAppearance::readFontFamily() const
 {
-    const auto family
-        = FontNames::pangoFamily(m_settings.value(gnome + u"/font-name"_s).toString());
+    const auto family = FontNames::pangoFamily(m_settings.value(gnomeFont).toString());
     if (!family.isEmpty())
         return family;
-    return FontNames::kdeFamily(m_settings.value(kde + u"/font"_s).toString());
+    return FontNames::kdeFamily(m_settings.value(kdeFont).toString());
 }
