@@ -152,7 +152,7 @@ void FocusView::arrange()
     const int column = (width - 2 * lengthGap) / 3;
     int x = lengths.left();
     for (auto* const length : { m_focusLength, m_shortLength, m_longLength }) {
-        length->setGeometry(QStyle::visualRect(
+        length->placeBox(QStyle::visualRect(
             layoutDirection(), lengths, { x, lengths.top(), column, lengths.height() }));
         x += column + lengthGap;
     }

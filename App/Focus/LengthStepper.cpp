@@ -1,5 +1,6 @@
 #include "App/Focus/LengthStepper.h"
 
+#include "App/Ui/ControlBox.h"
 #include "App/Ui/DigitText.h"
 #include "App/Ui/Label.h"
 #include "App/Ui/Stepper.h"
@@ -42,6 +43,12 @@ LengthStepper::LengthStepper(const QString& title, int most, QWidget* parent)
     connect(m_stepper, &Stepper::edited, this, &LengthStepper::edited);
 }
 
+// With the margin that the stepper's focus ring needs.
+void LengthStepper::placeBox(const QRect& box)
+{
+    ControlBox::place(*this, box);
+}
+
 void LengthStepper::setMinutes(qint64 minutes)
 {
     m_stepper->setValue(stepperValue(minutes));
@@ -72,12 +79,13 @@ void LengthStepper::arrange()
     const auto stepper = Stepper::boxSize();
     const DigitText text(Theme::current().font(TextRole::callout));
     const int width = static_cast<int>(std::ceil(text.width(words())));
-    const int left = (this->width() - width - gap - stepper.width()) / 2;
-    const QRect row(0, titleHeight + spacing, this->width(), stepper.height());
+    const auto box = ControlBox::of(*this);
+    const int left = box.left() + (box.width() - width - gap - stepper.width()) / 2;
+    const QRect row(box.left(), box.top() + titleHeight + spacing, box.width(), stepper.height());
     const auto mirrored
         = [&](const QRect& part) { return QStyle::visualRect(layoutDirection(), row, part); };
 
-    m_title->setGeometry(0, 0, this->width(), titleHeight);
+    m_title->setGeometry(box.left(), box.top(), box.width(), titleHeight);
     m_words = mirrored({ left, row.top(), width, row.height() });
     m_stepper->placeBox(mirrored({ { left + width + gap, row.top() }, stepper }));
     update();

@@ -10,11 +10,12 @@ class LengthStepper final : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr int height = 36;
+    static constexpr int height = 36; // Of what is seen of it.
 
     // The most minutes that can be stepped to; the fewest are 1.
     LengthStepper(const QString& title, int most, QWidget* parent);
 
+    void placeBox(const QRect& box); // In the parent's coordinates.
     void setMinutes(qint64 minutes); // Shown as they are, inside the range or not.
 
 Q_SIGNALS:

@@ -87,10 +87,10 @@ public:
     {
         auto* const x = X11Connection::connection();
         const auto root = X11Connection::root();
-        const uint32_t isUnmanaged = 1;
+        const uint32_t whiteAndUnmanaged[] = { 0xffffff, 1 };
         xcb_create_window(x, XCB_COPY_FROM_PARENT, m_window, root, 0, 0, 1280, 720, 0,
-            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
-            &isUnmanaged);
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+            XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, whiteAndUnmanaged);
         xcb_map_window(x, m_window);
         qApp->installNativeEventFilter(this);
         const auto selection = X11Connection::atom("_NET_SYSTEM_TRAY_S0");
@@ -168,6 +168,18 @@ private Q_SLOTS:
         QTRY_COMPARE(item.geometry().width(), 50);
         item.setTitle({ u"120:00"_s, {} });
         QTRY_COMPARE(item.geometry().width(), 60);
+    }
+
+    void showsTheTrayWhereThePillIsNotQuiteInTheMiddle()
+    {
+        const GenerousTray tray({ 100, 20, 51, 30 }); // One more than the pill is wide.
+        TrayStatusItem item(painter());
+        item.setTitle({ u"24:59"_s, {} });
+        item.show();
+        QTRY_VERIFY(isSeen(item));
+        const auto place = item.geometry();
+        QTRY_COMPARE(pixel({ place.right() - 1, place.center().y() }), QColor(Qt::red));
+        QTRY_COMPARE(pixel({ place.right(), place.center().y() }), QColor(Qt::white));
     }
 
     void returnsWithARestartedTray()

@@ -84,8 +84,10 @@ private Q_SLOTS:
         QCOMPARE(boxOf(s.button(u"toggle"_s)), QRect(16, 290, 64, 24));
         QCOMPARE(boxOf(s.button(u"reset"_s)).topLeft(), QPoint(88, 290));
         int x = 16;
-        for (const auto* length : s.view.findChildren<LengthStepper*>()) {
-            QCOMPARE(length->geometry(), QRect(x, 343, 112, 36));
+        for (auto* length : s.view.findChildren<LengthStepper*>()) {
+            QCOMPARE(boxOf(*length), QRect(x, 343, 112, 36));
+            // All of the stepper is inside, the margin of its focus ring too.
+            QVERIFY(length->rect().contains(length->findChild<Stepper*>()->geometry()));
             x += 128;
         }
         QCOMPARE(x, 400);

@@ -9,6 +9,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <xcb/shape.h>
 
@@ -253,9 +254,11 @@ void XEmbedItem::cutOut(const QImage& image, const QPoint& corner)
         const auto* first = std::find_if(line, end, opaque);
         if (first == end)
             continue;
-        const auto width = image.width() - 2 * (first - line); // A pill is symmetrical.
+        const auto* last = std::find_if(
+            std::make_reverse_iterator(end), std::make_reverse_iterator(first), opaque)
+                               .base();
         rows.append({ static_cast<int16_t>(first - line), static_cast<int16_t>(y),
-            static_cast<uint16_t>(width), 1 });
+            static_cast<uint16_t>(last - first), 1 });
     }
     xcb_shape_rectangles(X11Connection::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
         XCB_CLIP_ORDERING_YX_BANDED, m_window, static_cast<int16_t>(corner.x()),
