@@ -45,7 +45,11 @@ bool BusProbe::answers(const QByteArray& address, std::chrono::milliseconds pati
 {
     if (!address.startsWith(pathPrefix))
         return true;
-    const auto path = address.mid(qstrlen(pathPrefix)).split(';').first().split(',').first();
+    const auto path = address.mid(static_cast<qsizetype>(qstrlen(pathPrefix)))
+                          .split(';')
+                          .first()
+                          .split(',')
+                          .first();
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (socket < 0)
         return false;

@@ -43,7 +43,7 @@ static QString escaped(QString text)
     return text.replace(u'&', u"&amp;"_s).replace(u'<', u"&lt;"_s).replace(u'>', u"&gt;"_s);
 }
 
-DBusNotifier::DBusNotifier(Notifier& fallback, QDBusConnection bus)
+DBusNotifier::DBusNotifier(Notifier& fallback, const QDBusConnection& bus)
     : m_fallback(fallback)
     , m_bus(bus)
     , m_watcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange)

@@ -18,7 +18,8 @@ class DBusNotifier final : public QObject, public Notifier {
 
 public:
     // What cannot reach the service goes to fallback.
-    explicit DBusNotifier(Notifier& fallback, QDBusConnection bus = QDBusConnection::sessionBus());
+    explicit DBusNotifier(
+        Notifier& fallback, const QDBusConnection& bus = QDBusConnection::sessionBus());
 
     void notify(const QString& title, const QString& body) override;
 

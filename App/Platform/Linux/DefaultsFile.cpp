@@ -38,7 +38,7 @@ std::optional<DefaultsCodec::Entries> wholeOnly(const Reading& reading)
 // An editor that writes in place leaves the file damaged for a moment.
 Reading settledReading(const QString& path)
 {
-    const auto first = reading(path);
+    auto first = reading(path);
     if (first.state != State::unfit)
         return first;
     std::this_thread::sleep_for(settlingTime);

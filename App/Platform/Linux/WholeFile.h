@@ -7,7 +7,7 @@
 namespace WholeFile {
 
 // Files beyond this are taken for damaged; reading one at start must cost neither time nor memory.
-constexpr qint64 maximumSize = 4 * 1024 * 1024; // Bytes
+constexpr qint64 maximumSize = qint64 { 4 } * 1024 * 1024; // Bytes
 
 enum class State {
     whole,
