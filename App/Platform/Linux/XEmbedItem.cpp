@@ -245,6 +245,10 @@ void XEmbedItem::cutOut(const QImage& image, const QPoint& corner)
 {
     if (m_shape.size() == m_pill.size())
         return; // Pills of a size have the same outline.
+    // Cut to less than the whole pill, the window would have corners for a moment, and a tray
+    // need not paint over what they leave behind.
+    if (m_pill.width() > image.width() || m_pill.height() > image.height())
+        return;
     m_shape = m_pill;
     QList<xcb_rectangle_t> rows;
     for (int y = 0; y < image.height(); ++y) {
