@@ -21,11 +21,25 @@ DigitText DigitText::ring(const QFont& font, qsizetype characters)
     return text;
 }
 
+// A piece with a cell of its own, or a run of others, whose letters keep their spacing.
+qsizetype DigitText::pieceLength(QStringView text) const
+{
+    qsizetype length = 1;
+    if (!hasCell(text.front())) {
+        while (length < text.size() && !hasCell(text[length]))
+            ++length;
+    }
+    return length;
+}
+
 qreal DigitText::width(const QString& text) const
 {
     qreal sum = 0;
-    for (const QChar character : text)
-        sum += cellOf(character);
+    for (QStringView rest = text; !rest.isEmpty();) {
+        const auto length = pieceLength(rest);
+        sum += cellOf(rest.first(length));
+        rest = rest.sliced(length);
+    }
     return sum;
 }
 
@@ -43,20 +57,28 @@ void DigitText::paintAt(
     painter.setFont(m_font);
     painter.setPen(color);
     qreal left = start.x();
-    for (const QChar character : text) {
-        const qreal cell = cellOf(character);
-        const qreal inset = (cell - metrics.horizontalAdvance(character)) / 2;
-        const qreal rise = character == u':' ? m_colonRise : 0;
-        painter.drawText(QPointF(left + inset, start.y() - rise), QString(character));
+    for (QStringView rest = text; !rest.isEmpty();) {
+        const auto length = pieceLength(rest);
+        const auto piece = rest.first(length).toString();
+        const qreal cell = cellOf(piece);
+        const qreal inset = (cell - metrics.horizontalAdvance(piece)) / 2;
+        const qreal rise = piece.front() == u':' ? m_colonRise : 0;
+        painter.drawText(QPointF(left + inset, start.y() - rise), piece);
         left += cell;
+        rest = rest.sliced(length);
     }
 }
 
-qreal DigitText::cellOf(QChar character) const
+bool DigitText::hasCell(QChar character) const
 {
-    if (character.isDigit())
+    return character.isDigit() || (character == u':' && m_colonCell > 0);
+}
+
+qreal DigitText::cellOf(QStringView piece) const
+{
+    if (piece.front().isDigit())
         return m_digitCell;
-    if (character == u':' && m_colonCell > 0)
+    if (hasCell(piece.front()))
         return m_colonCell;
-    return QFontMetricsF(m_font).horizontalAdvance(character);
+    return QFontMetricsF(m_font).horizontalAdvance(piece.toString());
 }

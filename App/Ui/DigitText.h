@@ -3,8 +3,8 @@
 #pragma once
 
 #include <QFont>
+#include <QStringView>
 
-class QChar;
 class QColor;
 class QPainter;
 class QPointF;
@@ -13,7 +13,7 @@ class QString;
 
 class DigitText final {
 public:
-    // Digits as wide as the font's 0; all else keeps its own width.
+    // Digits as wide as the font's 0; all else keeps its own width and spacing.
     explicit DigitText(const QFont& font);
     // The cells of the large time in the ring; six characters stand closer than five.
     static DigitText ring(const QFont& font, qsizetype characters);
@@ -27,7 +27,9 @@ public:
         QPainter& painter, const QPointF& start, const QString& text, const QColor& color) const;
 
 private:
-    qreal cellOf(QChar character) const;
+    qsizetype pieceLength(QStringView text) const;
+    bool hasCell(QChar character) const;
+    qreal cellOf(QStringView piece) const;
 
     QFont m_font;
     qreal m_digitCell = 0;

@@ -1,0 +1,22 @@
+// The first line of a row: what it is about, and its value in digits that do not jitter.
+#pragma once
+
+#include <QWidget>
+
+class StatHeading final : public QWidget {
+    Q_OBJECT
+
+public:
+    StatHeading(const QString& title, QWidget* parent);
+
+    QString title() const { return m_title; }
+    QString value() const { return m_value; }
+
+    void setValue(const QString& value);
+
+private:
+    void paintEvent(QPaintEvent* event) override;
+
+    QString m_title;
+    QString m_value;
+};
