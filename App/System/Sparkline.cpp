@@ -4,6 +4,7 @@
 #include "App/System/ChartScale.h"
 #include "App/System/SystemMonitor.h"
 #include "App/Ui/Accessibility.h"
+#include "App/Ui/PixelGrid.h"
 #include "App/Ui/Theme.h"
 
 #include <QPainter>
@@ -51,38 +52,38 @@ void Sparkline::setMaxY(std::optional<double> maxY)
 }
 
 // Kept half its width inside, so that also a flat line at either edge is fully seen.
-QPolygonF Sparkline::line() const
+QPolygonF Sparkline::lineIn(const QRectF& box) const
 {
-    const qreal step = qreal(width()) / (SystemMonitor::historyLength - 1);
-    const qreal bottom = height - lineWidth / 2;
-    const qreal rise = height - lineWidth;
+    const qreal step = box.width() / (SystemMonitor::historyLength - 1);
+    const qreal bottom = box.bottom() - lineWidth / 2;
+    const qreal rise = box.height() - lineWidth;
     const double top = this->top();
     QPolygonF points;
     points.reserve(m_values.size());
-    for (const double value : m_values)
-        points << QPointF(
-            qreal(points.size()) * step, bottom - std::clamp(value / top, 0.0, 1.0) * rise);
+    for (const double value : m_values) {
+        const qreal x = box.left() + qreal(points.size()) * step;
+        points << QPointF(x, bottom - std::clamp(value / top, 0.0, 1.0) * rise);
+    }
     return points;
 }
 
 void Sparkline::paintEvent(QPaintEvent*)
 {
-    if (m_values.isEmpty())
+    if (m_values.size() < 2)
         return;
-    QColor color = Theme::current().colors.*m_color;
-    const auto line = this->line();
-    auto area = line;
-    area << QPointF(line.last().x(), height) << QPointF(0, height);
-
     QPainter painter(this);
+    const auto box = PixelGrid::snapped(painter, rect());
+    const auto line = lineIn(box);
+    auto area = line;
+    area << QPointF(line.last().x(), box.bottom()) << QPointF(line.first().x(), box.bottom());
+
+    const QColor color = Theme::current().colors.*m_color;
+    QColor tint = color;
+    tint.setAlphaF(areaOpacity);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    if (line.size() == 1)
-        painter.drawPoint(line.first());
-    else
-        painter.drawPolyline(line);
-    color.setAlphaF(areaOpacity);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(tint);
     painter.drawPolygon(area);
+    painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(line);
 }

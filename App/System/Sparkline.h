@@ -34,7 +34,7 @@ public:
 
 private:
     void paintEvent(QPaintEvent* event) override;
-    QPolygonF line() const;
+    QPolygonF lineIn(const QRectF& box) const;
 
     QColor Colors::*m_color;
     Words m_words;

@@ -1,6 +1,7 @@
 #include "App/Ui/Bar.h"
 
 #include "App/Ui/Accessibility.h"
+#include "App/Ui/PixelGrid.h"
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
@@ -40,9 +41,9 @@ void Bar::setTint(QColor Colors::*tint)
 void Bar::paintEvent(QPaintEvent*)
 {
     const Colors& c = Theme::current().colors;
-    const QRectF track = rect();
-    const qreal radius = track.height() / 2;
     QPainter painter(this);
+    const QRectF track = PixelGrid::snapped(painter, rect());
+    const qreal radius = track.height() / 2;
     Surface::fill(painter, track, radius, c.barTrack);
     QRectF filled = track;
     filled.setWidth(track.width() * m_fraction);
