@@ -34,12 +34,13 @@ function(bus_test source)
     set_property(TEST ${name} APPEND PROPERTY LABELS Bus)
 endfunction()
 
-# desktop_test(<name> SCRIPT <file> [DESKTOP <option>...]): drives the built program on a desktop
-# of its own. One at a time: each is as busy as a person's.
+# desktop_test(<name> SCRIPT <file> [DESKTOP <option>...] [LAUNCHER <command>...]): drives the built
+# program on a desktop of its own. One at a time: each is as busy as a person's.
 function(desktop_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT" "DESKTOP")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT" "DESKTOP;LAUNCHER")
     add_test(NAME ${name}
-        COMMAND ${PROJECT_SOURCE_DIR}/tools/desktop ${arg_DESKTOP} /usr/bin/python3 -W ignore
-            ${CMAKE_CURRENT_SOURCE_DIR}/${arg_SCRIPT} $<TARGET_FILE:corvella>)
+        COMMAND ${PROJECT_SOURCE_DIR}/tools/desktop ${arg_DESKTOP} ${arg_LAUNCHER}
+            /usr/bin/python3 -W ignore ${CMAKE_CURRENT_SOURCE_DIR}/${arg_SCRIPT}
+            $<TARGET_FILE:corvella>)
     set_tests_properties(${name} PROPERTIES LABELS Desktop RUN_SERIAL TRUE TIMEOUT 300)
 endfunction()

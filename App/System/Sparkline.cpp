@@ -69,7 +69,7 @@ QPolygonF Sparkline::lineIn(const QRectF& box) const
 
 void Sparkline::paintEvent(QPaintEvent*)
 {
-    if (m_values.size() < 2)
+    if (m_values.isEmpty())
         return;
     QPainter painter(this);
     const auto box = PixelGrid::snapped(painter, rect());

@@ -103,6 +103,9 @@ private Q_SLOTS:
         s.chart.setValues(QList<double>(60, 0));
         QCOMPARE(s.picture().pixelColor(100, 33), blue);
         QCOMPARE(s.painted(100), (std::pair { 32, 2 }));
+        // The line is a point and a half wide.
+        const auto half = s.picture().pixelColor(100, 32);
+        QVERIFY(half.red() > blue.red() + 60 && half.red() < 200);
         s.chart.setValues(QList<double>(60, 100));
         QCOMPARE(s.picture().pixelColor(100, 0), blue);
     }

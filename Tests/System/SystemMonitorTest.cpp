@@ -76,6 +76,8 @@ private Q_SLOTS:
         s.monitor.detach();
         QVERIFY(!s.ticker.isRunning());
         s.monitor.attach();
+        s.monitor.attach();
+        s.monitor.detach();
         QVERIFY(s.ticker.isRunning());
         s.monitor.detach();
         QVERIFY(!s.ticker.isRunning());

@@ -10,6 +10,7 @@
 #include "Tests/Ui/Painted.h"
 
 #include <QAccessible>
+#include <QShowEvent>
 #include <QTest>
 
 #include <memory>
@@ -246,6 +247,16 @@ private Q_SLOTS:
         s.view.reset();
         QVERIFY(!s.ticker.isRunning());
         QVERIFY(!s.info.isFollowed);
+    }
+
+    void beingShownTwiceCountsOnce()
+    {
+        Setup s;
+        s.show();
+        QShowEvent mapped; // As the window system sends it when a window comes back.
+        QCoreApplication::sendEvent(s.view.get(), &mapped);
+        s.window.hide();
+        QVERIFY(!s.ticker.isRunning());
     }
 
     void aViewUnderAClosedWindowSamplesNothing()

@@ -71,6 +71,26 @@ private Q_SLOTS:
         QTRY_COMPARE(painted.count, 1);
     }
 
+    void itsEdgesAreSharpAlsoBetweenPixels()
+    {
+        Setup s;
+        QWidget window;
+        window.resize(100, 20);
+        s.bar.setParent(&window);
+        s.bar.move(0, 1); // Rows 1.5 to 10.5 of the picture.
+        s.bar.setFraction(1);
+        QImage image(150, 30, QImage::Format_RGB32);
+        image.setDevicePixelRatio(1.5);
+        image.fill(Qt::white);
+        window.render(&image, {}, {}, QWidget::DrawChildren);
+        const auto& colors = Theme::current().colors;
+        QCOMPARE(image.pixelColor(75, 1), QColor(Qt::white));
+        QCOMPARE(image.pixelColor(75, 2), colors.mark);
+        QCOMPARE(image.pixelColor(75, 10), colors.mark);
+        QCOMPARE(image.pixelColor(75, 11), QColor(Qt::white));
+        s.bar.setParent(nullptr);
+    }
+
     void assistiveTechnologyReadsPerCent()
     {
         Setup s;

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QTest>
+#include <QTransform>
 
 #include <utility>
 
@@ -54,6 +55,32 @@ private Q_SLOTS:
         QCOMPARE(text.width(u"11.1 %"_s), text.width(u"40.8 %"_s));
         const QFontMetricsF metrics(Theme::current().font(TextRole::callout));
         QCOMPARE(text.width(u"1"_s), metrics.horizontalAdvance(u'0'));
+    }
+
+    void wordsBetweenDigitsKeepTheSpacingOfTheirLetters()
+    {
+        const QFont font = Theme::current().font(TextRole::callout);
+        const QFontMetricsF metrics(font);
+        const QString words = u" AVATAR "_s;
+        qreal letters = 0;
+        for (const QChar letter : words)
+            letters += metrics.horizontalAdvance(letter);
+        QVERIFY(metrics.horizontalAdvance(words) < letters);
+        QCOMPARE(DigitText(font).width(u'4' + words + u'2'),
+            metrics.horizontalAdvance(words) + 2 * metrics.horizontalAdvance(u'0'));
+    }
+
+    void aDigitStandsInTheMiddleOfItsCell()
+    {
+        QImage image(40, 60, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        DigitText::ring(timeFont(), 5).paintAt(painter, { 0, 50 }, u"1"_s, Qt::black);
+        painter.end();
+        const auto [left, right]
+            = inkedRows(image.transformed(QTransform(0, 1, 1, 0, 0, 0)), 0, 60);
+        QVERIFY(left >= 4);
+        QVERIFY(qAbs(left + right - 22) <= 4);
     }
 
     void theRingTimeHasCellsOfItsOwn()
