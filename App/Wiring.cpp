@@ -10,6 +10,7 @@
 #include "App/Platform/Linux/QtTicker.h"
 #include "App/Platform/Linux/ScriptNotifier.h"
 #include "App/Platform/Linux/SingleInstance.h"
+#include "App/Platform/Linux/SystemBus.h"
 #include "App/Platform/Linux/SystemClock.h"
 #include "App/Platform/Linux/TrayStatusItem.h"
 #include "App/Platform/Linux/X11Compositor.h"
@@ -41,6 +42,12 @@ QString helper(const QString& name)
     return QCoreApplication::applicationDirPath() + u"/../libexec/corvella/"_s + name;
 }
 
+SystemBus& systemBus()
+{
+    static auto& bus = *new SystemBus;
+    return bus;
+}
+
 SingleInstance& singleInstance()
 {
     static auto& instance = *new SingleInstance;
@@ -58,7 +65,7 @@ std::unique_ptr<QWidget> makePopover()
 
 PomodoroModel& PomodoroModel::shared()
 {
-    static auto& clock = *new SystemClock;
+    static auto& clock = *new SystemClock(systemBus());
     static auto& ticker = *new QtTicker;
     static auto& sounds = *new HelperSoundPlayer(helper(u"play-sound"_s));
     static auto& script = *new ScriptNotifier;

@@ -26,6 +26,13 @@ public:
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     qint64 pid() const { return m_process.processId(); }
 
+    // To its standard input.
+    void tell(const QByteArray& line)
+    {
+        m_process.write(line + '\n');
+        m_process.waitForBytesWritten();
+    }
+
     // What the program has printed since the last call.
     QByteArray output()
     {

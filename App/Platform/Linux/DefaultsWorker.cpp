@@ -1,10 +1,10 @@
 #include "App/Platform/Linux/DefaultsWorker.h"
 
 #include "App/Platform/Linux/DefaultsFile.h"
+#include "App/Platform/Linux/SignalsBlocked.h"
 
 #include <algorithm>
 #include <condition_variable>
-#include <csignal>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -23,25 +23,6 @@ void lay(DefaultsCodec::Values& values, const DefaultsCodec::Values& over)
     for (auto value = over.begin(); value != over.end(); ++value)
         values.insert(value.key(), value.value());
 }
-
-// A thread keeps the mask it is born with: the program's signals stay with its main thread, and a
-// file that outgrows a limit becomes an error instead of the program's end.
-class SignalsBlocked final {
-public:
-    SignalsBlocked()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &m_before);
-    }
-
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-
-    Q_DISABLE_COPY_MOVE(SignalsBlocked)
-
-private:
-    sigset_t m_before {};
-};
 
 }
 

@@ -1,33 +1,21 @@
 #include "App/Platform/Linux/SystemClock.h"
 
-#include "App/Platform/Linux/BusProbe.h"
-
-#include <QDBusConnection>
+#include "App/Platform/Linux/SystemBus.h"
 
 using namespace Qt::StringLiterals;
 
-static constexpr auto patience = std::chrono::seconds(5);
-
-SystemClock::SystemClock()
-    : m_connector(QThread::create([this] { followSleep(); }))
+SystemClock::SystemClock(SystemBus& bus)
 {
     connect(&m_watch, &ClockSetWatch::clockSet, this, &Clock::jumped);
-    m_connector->start();
+    bus.whenConnected(this, [this](const QDBusConnection& connection) { followSleep(connection); });
 }
 
-SystemClock::~SystemClock()
+void SystemClock::followSleep(QDBusConnection bus)
 {
-    m_connector->wait();
-}
-
-void SystemClock::followSleep()
-{
-    // One thread of the library serves all buses: a bus that hangs would stop the session's, too.
-    if (!BusProbe::answers(BusProbe::systemBusAddress(), patience))
-        return;
-    QDBusConnection::systemBus().connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
-        u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, u"b"_s, this,
-        SLOT(prepareForSleep(bool)));
+    // From anyone: the library would wait for the bus to tell whose a name is, and whoever forges
+    // this signal merely has the time read once more.
+    bus.connect(QString(), u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s,
+        u"PrepareForSleep"_s, u"b"_s, this, SLOT(prepareForSleep(bool)));
 }
 
 void SystemClock::prepareForSleep(bool goingToSleep)

@@ -4,16 +4,14 @@
 #include "App/Platform/Clock.h"
 #include "App/Platform/Linux/ClockSetWatch.h"
 
-#include <QThread>
-
-#include <memory>
+class QDBusConnection;
+class SystemBus;
 
 class SystemClock final : public Clock {
     Q_OBJECT
 
 public:
-    SystemClock();
-    ~SystemClock() override;
+    explicit SystemClock(SystemBus& bus);
 
     Moment now() const override { return std::chrono::system_clock::now(); }
 
@@ -21,9 +19,7 @@ private Q_SLOTS:
     void prepareForSleep(bool goingToSleep);
 
 private:
-    void followSleep();
+    void followSleep(QDBusConnection bus);
 
     ClockSetWatch m_watch;
-    // Connecting to the system bus waits for its greeting, so it is done beside the main thread.
-    std::unique_ptr<QThread> m_connector;
 };

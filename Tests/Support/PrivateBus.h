@@ -1,0 +1,40 @@
+// A message bus of the test's own, which may hang and end.
+#pragma once
+
+#include "Tests/Support/Daemon.h"
+
+#include <QElapsedTimer>
+
+#include <csignal>
+
+class PrivateBus final {
+public:
+    explicit PrivateBus(const QList<std::pair<QString, QString>>& environment = {})
+        : m_daemon(QStringLiteral("dbus-daemon"),
+            { QStringLiteral("--session"), QStringLiteral("--nofork"),
+                QStringLiteral("--print-address") },
+            environment)
+    {
+        QElapsedTimer waited;
+        waited.start();
+        QByteArray printed;
+        while (!printed.contains('\n') && waited.elapsed() < 20'000)
+            printed += m_daemon.output();
+        // There may be warnings on lines of their own.
+        for (const auto& line : printed.split('\n')) {
+            if (line.startsWith("unix:"))
+                m_address = line;
+        }
+    }
+
+    ~PrivateBus() { resume(); }
+    Q_DISABLE_COPY_MOVE(PrivateBus)
+
+    QByteArray address() const { return m_address; } // Empty when it did not start.
+    void hang() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGSTOP); }
+    void resume() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGCONT); }
+
+private:
+    Daemon m_daemon;
+    QByteArray m_address;
+};
