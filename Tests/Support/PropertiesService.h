@@ -12,14 +12,29 @@
 class PropertiesService final : public QDBusVirtualObject {
 public:
     PropertiesService(const QByteArray& address, const QString& path, const QString& interface)
-        : bus(QDBusConnection::connectToBus(QString::fromLocal8Bit(address), name))
+        : name(QUuid::createUuid().toString())
+        , bus(QDBusConnection::connectToBus(QString::fromLocal8Bit(address), name))
         , m_path(path)
         , m_interface(interface)
     {
         bus.registerVirtualObject(path, this);
     }
 
-    ~PropertiesService() override { QDBusConnection::disconnectFromBus(name); }
+    // On the connection of another service.
+    PropertiesService(const PropertiesService& other, const QString& path, const QString& interface)
+        : bus(other.bus)
+        , m_path(path)
+        , m_interface(interface)
+    {
+        bus.registerVirtualObject(path, this);
+    }
+
+    ~PropertiesService() override
+    {
+        bus.unregisterObject(m_path);
+        if (!name.isEmpty())
+            QDBusConnection::disconnectFromBus(name);
+    }
 
     QString introspect(const QString&) const override { return {}; }
 
@@ -56,7 +71,7 @@ public:
             bus.send(answer(message));
     }
 
-    const QString name = QUuid::createUuid().toString(); // Of the connection.
+    const QString name = {}; // Of the connection, if it is this service's own.
     QDBusConnection bus;
     QVariant values = QVariantMap(); // Or something else that is no answer.
     bool isMute = false;
