@@ -6,18 +6,24 @@
 #include "App/Platform/Linux/EndSignals.h"
 #include "App/Platform/Linux/HelperSoundPlayer.h"
 #include "App/Platform/Linux/JsonUserDefaults.h"
+#include "App/Platform/Linux/LinuxCounters.h"
+#include "App/Platform/Linux/LinuxProcessInfo.h"
 #include "App/Platform/Linux/PortalAppearance.h"
 #include "App/Platform/Linux/QtTicker.h"
 #include "App/Platform/Linux/ScriptNotifier.h"
 #include "App/Platform/Linux/SingleInstance.h"
+#include "App/Platform/Linux/SteadyClock.h"
+#include "App/Platform/Linux/SysfsPowerSources.h"
 #include "App/Platform/Linux/SystemBus.h"
 #include "App/Platform/Linux/SystemClock.h"
 #include "App/Platform/Linux/TrayStatusItem.h"
+#include "App/Platform/Linux/UPowerSources.h"
 #include "App/Platform/Linux/X11Compositor.h"
 #include "App/Platform/Linux/X11PopoverWindow.h"
 #include "App/Popover.h"
 #include "App/RootView.h"
 #include "App/StatusIcon.h"
+#include "App/System/SystemMonitor.h"
 #include "App/TabContent.h"
 #include "App/Ui/Theme.h"
 
@@ -71,6 +77,23 @@ PomodoroModel& PomodoroModel::shared()
     static auto& script = *new ScriptNotifier;
     static auto& notifier = *new DBusNotifier(script);
     static auto& model = *new PomodoroModel(userDefaults(), clock, ticker, sounds, notifier);
+    return model;
+}
+
+ProcessInfo& ProcessInfo::shared()
+{
+    static auto& info = *new LinuxProcessInfo(systemBus());
+    return info;
+}
+
+SystemMonitor& SystemMonitor::shared()
+{
+    static auto& counters = *new LinuxCounters;
+    static auto& batteries = *new SysfsPowerSources;
+    static auto& powerSources = *new UPowerSources(systemBus(), batteries);
+    static auto& clock = *new SteadyClock;
+    static auto& ticker = *new QtTicker;
+    static auto& model = *new SystemMonitor(counters, powerSources, clock, ticker);
     return model;
 }
 
