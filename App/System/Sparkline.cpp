@@ -80,10 +80,12 @@ void Sparkline::paintEvent(QPaintEvent*)
     const QColor color = Theme::current().colors.*m_color;
     QColor tint = color;
     tint.setAlphaF(areaOpacity);
-    painter.setRenderHint(QPainter::Antialiasing);
+    // The line hides the steps of the area's edge, and smoothing those would cost the most.
     painter.setPen(Qt::NoPen);
     painter.setBrush(tint);
     painter.drawPolygon(area);
-    painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    // Round joins would leave a bead at every slight bend, and miters a spike on every peak.
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::BevelJoin));
     painter.drawPolyline(line);
 }
