@@ -168,6 +168,9 @@ void LinkDumpTest::aFailureIsNoAnswer_data()
     QTest::newRow("a message of no length") << QByteArray(sizeof(nlmsghdr), '\0');
     const auto attribute = QByteArray(sizeof(rtattr), '\0');
     QTest::newRow("an attribute of no length") << link(asked, 3, IFF_UP, attribute);
+    auto beyond = name("eth0");
+    beyond[0] = static_cast<char>(beyond.size() + 1);
+    QTest::newRow("an attribute beyond the end") << link(asked, 3, IFF_UP, beyond);
     auto longer = upLink(asked, 1, 2);
     longer[0] = static_cast<char>(longer[0] + 1);
     QTest::newRow("a message beyond the end") << longer;

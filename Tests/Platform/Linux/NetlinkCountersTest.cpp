@@ -134,20 +134,26 @@ void NetlinkCountersTest::twoInterruptedAnswersAreNone()
 
 void NetlinkCountersTest::anotherSocketIsOpenedAfter_data()
 {
-    QTest::addColumn<QByteArray>("answer");
-    QTest::newRow("an error") << error(1);
-    QTest::newRow("a broken message") << upLink(1, 10, 20).chopped(4);
-    QTest::newRow("half an answer") << upLink(1, 10, 20);
-    const auto padding = attribute(IFLA_ALT_IFNAME, QByteArray(33'000, 'x'));
-    QTest::newRow("a datagram beyond the buffer")
-        << link(1, 2, IFF_UP, name("eth0") + counters(10, 20) + padding) + done(1);
-    QTest::newRow("an empty datagram") << QByteArray();
+    QTest::addColumn<QByteArrayList>("answer");
+    const auto row
+        = [](const char* name, const QByteArrayList& answer) { QTest::newRow(name) << answer; };
+    row("an error", { error(1) });
+    row("a broken message", { upLink(1, 10, 20).chopped(4) });
+    row("half an answer", { upLink(1, 10, 20) });
+    // Cut off between two messages, which looks like a whole datagram.
+    constexpr qsizetype buffer = 32'768;
+    const auto attributes = name("eth0") + counters(10, 20);
+    const auto unpadded = link(1, 2, IFF_UP, attributes + attribute(IFLA_ALT_IFNAME, {})).size();
+    const auto padding = attribute(IFLA_ALT_IFNAME, QByteArray(buffer - unpadded, 'x'));
+    const auto largest = link(1, 2, IFF_UP, attributes + padding);
+    QCOMPARE(largest.size(), buffer);
+    row("a datagram beyond the buffer", { largest + upLink(1, 10, 20), done(1) });
 }
 
 void NetlinkCountersTest::anotherSocketIsOpenedAfter()
 {
-    QFETCH(QByteArray, answer);
-    Setup s({ { answer }, { upLink(2, 30, 40) + done(2) } });
+    QFETCH(QByteArrayList, answer);
+    Setup s({ answer, { upLink(2, 30, 40) + done(2) } });
     QCOMPARE(s.received(), 30U);
 }
 

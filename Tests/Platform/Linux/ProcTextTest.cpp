@@ -164,7 +164,7 @@ void ProcTextTest::noMemoryInWhatIsNone_data()
     QTest::newRow("no number") << replaced(memInfo, "16000000", "");
     QTest::newRow("another unit") << replaced(memInfo, "16000000 kB", "16000000 MB");
     QTest::newRow("no unit") << replaced(memInfo, "16000000 kB", "16000000");
-    QTest::newRow("2^64 bytes") << replaced(memInfo, "16000000", "18014398509481984");
+    QTest::newRow("beyond 2^64 bytes") << replaced(memInfo, "16000000", "18014398509481985");
     QTest::newRow("2^64 kB") << replaced(memInfo, "16000000", "18446744073709551616");
 }
 
