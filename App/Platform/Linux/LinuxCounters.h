@@ -29,7 +29,7 @@ private:
     MountedVolume m_volume;
     NetlinkCounters m_network;
 
-    // The kernel moves time from one to another when a processor changes its mind or is unplugged.
+    // The kernel corrects waiting times downwards, and begins anew for an unplugged processor.
     RisingCounter m_user;
     RisingCounter m_system;
     RisingCounter m_idle;

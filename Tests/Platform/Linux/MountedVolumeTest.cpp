@@ -1,9 +1,10 @@
 #include "App/Platform/Linux/MountedVolume.h"
 
-#include <QStorageInfo>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
 #include <limits>
 #include <sys/statvfs.h>
 
@@ -18,7 +19,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const auto space = MountedVolume(folder.path()).space();
         QVERIFY(space);
-        QCOMPARE(space->totalBytes, std::uint64_t(QStorageInfo(folder.path()).bytesTotal()));
+        QCOMPARE(space->totalBytes, std::filesystem::space(folder.path().toStdString()).capacity);
         QVERIFY(space->availableBytes <= space->totalBytes);
     }
 
@@ -30,7 +31,7 @@ private Q_SLOTS:
 
     void storesOfNoFilesHaveNoSpace()
     {
-        if (!QStorageInfo(u"/proc"_s).isValid())
+        if (!QFile::exists(u"/proc/stat"_s))
             QSKIP("No /proc here: it was not asked for its space.");
         QVERIFY(!MountedVolume(u"/proc"_s).space());
     }

@@ -56,7 +56,7 @@ class Counters:
 
 
 def links(prefix=()):
-    """What ip says of the links that are up and no loopback: by name and index, bytes in and out."""
+    """What ip says of links that are up and no loopback: bytes in and out by name and index."""
     found = {}
     for link in json.loads(run([*prefix, "ip", "-s", "-j", "link"])):
         if "UP" in link["flags"] and "LOOPBACK" not in link["flags"]:
@@ -94,7 +94,8 @@ class ThisMachine(unittest.TestCase):
         self.addCleanup(busy.wait)
         self.addCleanup(busy.kill)
         before = self.counters.read()["processor"]
-        told = run(["top", "-b", "-n", "2", "-d", "2"], env={**os.environ, "LC_ALL": "C"})
+        as_shipped = {"LC_ALL": "C", "HOME": "/nonexistent", "XDG_CONFIG_HOME": "/nonexistent"}
+        told = run(["top", "-b", "-n", "2", "-d", "2"], env={**os.environ, **as_shipped})
         after = self.counters.read()["processor"]
         line = [each for each in told.splitlines() if each.startswith("%Cpu")][-1]
         percent = {part.split()[1]: float(part.split()[0]) for part in line[8:].split(",")}
@@ -191,7 +192,8 @@ class Networks(unittest.TestCase):
             self.skipTest("No network namespaces here: interfaces were not made and taken away.")
         self.near = NetworkOfItsOwn(prefix)
         self.addCleanup(self.near.stop)
-        if not works([*self.near.prefix, *"ip link add name try0 type veth peer name try1".split()]):
+        pair = "ip link add name try0 type veth peer name try1"
+        if not works([*self.near.prefix, *pair.split()]):
             self.skipTest("No virtual interfaces here: none were made and taken away.")
         self.near.ip("link del try0")
         self.counters = Counters(self.near.prefix)
