@@ -33,7 +33,7 @@ struct Battery {
     QByteArray status;
     std::optional<Charge> energy;
     std::optional<Charge> charge;
-    std::optional<Charge> percent;
+    std::optional<Charge> percent; // Missing only where nothing usable is told.
     std::optional<qint64> secondsLeft;
 };
 
@@ -75,7 +75,7 @@ public:
 
     Battery battery() const
     {
-        return {
+        Battery battery {
             .status = text(u"status"_s),
             .energy
             = amount(number(u"energy_now"_s), number(u"energy_full"_s), number(u"power_now"_s)),
@@ -84,6 +84,11 @@ public:
             .percent = amount(number(u"capacity"_s), 100, 0),
             .secondsLeft = number(u"time_to_empty_now"_s),
         };
+        for (const auto& unit : { battery.energy, battery.charge }) {
+            if (!battery.percent && unit)
+                battery.percent = Charge { unit->now * 100 / unit->full, 100, 0 };
+        }
+        return battery;
     }
 
 private:
@@ -100,8 +105,9 @@ Supplies readAll(const QString& folder)
         if (type.isEmpty() || !supply.isOfTheMachine())
             continue;
         if (type == "Battery") {
-            if (supply.number(u"present"_s) != 0)
-                supplies.batteries.append(supply.battery());
+            const auto battery = supply.battery();
+            if (battery.percent && supply.number(u"present"_s) != 0)
+                supplies.batteries.append(battery);
         } else if (type == "Mains" || type == "Wireless" || type.startsWith("USB")) {
             supplies.tellsOfMains = true;
             supplies.isOnMains |= supply.number(u"online"_s).value_or(0) > 0;
@@ -125,13 +131,13 @@ std::optional<Charge> sum(const QList<Battery>& batteries, std::optional<Charge>
     return total;
 }
 
-std::optional<Charge> sum(const QList<Battery>& batteries)
+Charge sum(const QList<Battery>& batteries)
 {
-    for (const auto unit : { &Battery::energy, &Battery::charge, &Battery::percent }) {
+    for (const auto unit : { &Battery::energy, &Battery::charge }) {
         if (const auto total = sum(batteries, unit))
-            return total;
+            return *total;
     }
-    return {};
+    return sum(batteries, &Battery::percent).value_or(Charge());
 }
 
 bool isAny(const QList<Battery>& batteries, const char* status)
@@ -171,16 +177,15 @@ QList<PowerSource> PowerSupplies::read(const QString& folder)
     const auto supplies = readAll(folder);
     if (supplies.batteries.isEmpty())
         return {};
+    const auto total = sum(supplies.batteries);
     const bool isEmptying = isAny(supplies.batteries, "Discharging");
     PowerSource source {
+        .currentCapacity = total.now,
+        .maxCapacity = total.full,
         .isCharging = !isEmptying && isAny(supplies.batteries, "Charging"),
         .isOnMains = isOnMains(supplies),
     };
-    if (const auto total = sum(supplies.batteries)) {
-        source.currentCapacity = total->now;
-        source.maxCapacity = total->full;
-        if (isEmptying && !source.isOnMains)
-            source.minutesToEmpty = minutesToEmpty(supplies.batteries, *total);
-    }
+    if (isEmptying && !source.isOnMains)
+        source.minutesToEmpty = minutesToEmpty(supplies.batteries, total);
     return { source };
 }

@@ -5,8 +5,8 @@
 
 namespace PowerSupplies {
 
-// All batteries as the one that they are to the machine; empty without any. The folder is laid out
-// as /sys/class/power_supply. May take as long as the hardware does.
+// All batteries as the one that they are to the machine; empty without any that tells its charge.
+// The folder is laid out as /sys/class/power_supply. May take as long as the hardware does.
 QList<PowerSource> read(const QString& folder);
 
 }

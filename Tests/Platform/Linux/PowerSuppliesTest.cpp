@@ -220,7 +220,7 @@ private Q_SLOTS:
         QCOMPARE(s.read().first().currentCapacity, 60'000'000);
     }
 
-    void aBatteryWithoutAUsableFigureHasNoCapacity_data()
+    void aBatteryWithoutAUsableFigureDoesNotCount_data()
     {
         QTest::addColumn<QByteArray>("now");
         QTest::addColumn<QByteArray>("full");
@@ -232,7 +232,7 @@ private Q_SLOTS:
         QTest::newRow("huge") << QByteArray(100'000, '1') << QByteArray("60000000");
     }
 
-    void aBatteryWithoutAUsableFigureHasNoCapacity()
+    void aBatteryWithoutAUsableFigureDoesNotCount()
     {
         QFETCH(QByteArray, now);
         QFETCH(QByteArray, full);
@@ -240,7 +240,9 @@ private Q_SLOTS:
         s.addBattery(u"BAT0"_s, "Discharging");
         s.folder.write(u"BAT0/energy_now"_s, now);
         s.folder.write(u"BAT0/energy_full"_s, full);
-        QCOMPARE(s.read(), QList { PowerSource {} });
+        QVERIFY(s.read().isEmpty());
+        s.addBattery(u"BAT1"_s, "Discharging");
+        QCOMPARE(s.read(), QList { halfFull });
     }
 
     void junkInTheFolderHarmsNothing()
