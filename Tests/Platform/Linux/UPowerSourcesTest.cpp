@@ -228,7 +228,7 @@ private Q_SLOTS:
     {
         SystemBus nowhere("unix:path=/nonexistent");
         FakePowerSources fallback;
-        fallback.list = QList<PowerSource>();
+        fallback.list.emplace();
         UPowerSources sources(nowhere, fallback);
         sources.follow();
         QTRY_COMPARE(sources.sources(), QList<PowerSource>());
