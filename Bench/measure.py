@@ -4,19 +4,15 @@
 import argparse
 import os
 import re
-import statistics
-import subprocess
 import sys
 import time
 
-BUILD = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "build", "release")
-CORVELLA = os.path.join(BUILD, "bin", "corvella")
+from programs import BUILD, CORVELLA, REST, Figures, Program, cell, output, place_of_item, press
+
 FLOOR = os.path.join(BUILD, "bench", "floor")
 TIMER = "/usr/bin/kteatime"
-LAUNCH_WATCH = os.path.join(BUILD, "bench", "launch-watch")
 CLICK_WATCH = os.path.join(BUILD, "bench", "click-watch")
 
-REST = 1.0  # Seconds for a program to come to rest.
 BAND = 250  # A height of the screen that the popover crosses.
 TICKS_A_MINUTE = 120
 MEMORY = {
@@ -26,57 +22,11 @@ MEMORY = {
 }
 
 
-def output(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True, timeout=30).stdout
-
-
-class Program:
-    """A running program whose launch was watched."""
-
-    def __init__(self, *command):
-        self.watch = subprocess.Popen(
-            [LAUNCH_WATCH, *command], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL, text=True,
-        )
-        pid, taken, cpu = self.watch.stdout.readline().split()
-        self.pid, self.launch, self.cpu = int(pid), float(taken), float(cpu)
-        time.sleep(REST)
-
-    def stop(self):
-        self.watch.stdin.close()
-        self.watch.wait(10)
-
-    def memory(self):
-        """Megabytes by name."""
-        with open(f"/proc/{self.pid}/smaps_rollup", encoding="ascii") as file:
-            sizes = dict(re.findall(r"^(\w+): +(\d+) kB", file.read(), re.MULTILINE))
-        return {name: sum(int(sizes[each]) for each in of) / 1024 for name, of in MEMORY.items()}
-
-    def switches(self):
-        """How often each of the program's threads went to sleep since it began."""
-        counts = {}
-        for thread in os.listdir(f"/proc/{self.pid}/task"):
-            with open(f"/proc/{self.pid}/task/{thread}/status", encoding="utf-8") as file:
-                found = re.search(r"^voluntary_ctxt_switches:\s+(\d+)", file.read(), re.MULTILINE)
-            counts[thread] = int(found[1])
-        return counts
-
-    def switches_since(self, before):
-        """A thread that ended in between woke up at least for that."""
-        now = self.switches()
-        ended = len(before.keys() - now.keys())
-        return ended + sum(count - before.get(thread, 0) for thread, count in now.items())
-
-
-def place_of_item():
-    for line in output("xwininfo", "-root", "-tree").splitlines():
-        found = re.search(
-            r'"Corvella [^"]*": \("corvella" "Corvella"\)\s+(\d+)x(\d+)\S+\s+\+(-?\d+)\+(-?\d+)', line
-        )
-        if found and int(found[2]) < 60:
-            width, height, x, y = map(int, found.groups())
-            return x + width // 2, y + height // 2
-    sys.exit("Corvella has no item in the tray")
+def memory(program):
+    """Megabytes by name."""
+    with open(f"/proc/{program.pid}/smaps_rollup", encoding="ascii") as file:
+        sizes = dict(re.findall(r"^(\w+): +(\d+) kB", file.read(), re.MULTILINE))
+    return {name: sum(int(sizes[each]) for each in of) / 1024 for name, of in MEMORY.items()}
 
 
 def click_item():
@@ -84,34 +34,16 @@ def click_item():
     return float(output(CLICK_WATCH, str(x), str(y), str(BAND)))
 
 
-def press(key):
-    output("xdotool", "key", key)
-    time.sleep(0.3)
-
-
-class Figures:
-    """Values by program and measure."""
-
-    def __init__(self):
-        self.values = {}
-
-    def add(self, program, measure, value):
-        self.values.setdefault((program, measure), []).append(value)
-
-    def add_memory(self, program, when, running):
-        for name, megabytes in running.memory().items():
-            self.add(program, f"{name}, {when}", megabytes)
-
-    def median(self, program, measure):
-        values = self.values.get((program, measure))
-        return statistics.median(values) if values else None
+def add_memory(figures, name, when, program):
+    for kind, megabytes in memory(program).items():
+        figures.add(name, f"{kind}, {when}", megabytes)
 
 
 def measure_launch(figures, name, *command):
     program = Program(*command)
     figures.add(name, "exec to item", program.launch)
-    figures.add(name, "CPU to item", program.cpu)
-    figures.add_memory(name, "at rest", program)
+    figures.add(name, "CPU to item", program.cpu_to_item)
+    add_memory(figures, name, "at rest", program)
     return program
 
 
@@ -120,11 +52,11 @@ def measure_round(figures):
     measure_launch(figures, "kteatime", TIMER).stop()
     corvella = measure_launch(figures, "corvella", CORVELLA)
     figures.add("corvella", "first click to paint", click_item())
-    figures.add_memory("corvella", "popover open", corvella)
+    add_memory(figures, "corvella", "popover open", corvella)
     press("Escape")
     figures.add("corvella", "later click to paint", click_item())
     press("Escape")
-    figures.add_memory("corvella", "popover closed again", corvella)
+    add_memory(figures, "corvella", "popover closed again", corvella)
     corvella.stop()
 
 
@@ -181,10 +113,6 @@ ROWS = [
     ("wakeups a minute, running", None, "", None, None),
     ("switches a tick, running", None, "", None, 4),
 ]
-
-
-def cell(value):
-    return "" if value is None else f"{value:.1f}"
 
 
 def print_table(figures):
