@@ -1,6 +1,7 @@
 #include "App/System/Sparkline.h"
 
 #include "App/System/AccessibleSparkline.h"
+#include "App/System/ChartLine.h"
 #include "App/System/ChartScale.h"
 #include "App/System/SystemMonitor.h"
 #include "App/Ui/Accessibility.h"
@@ -15,6 +16,7 @@
 namespace {
 
 constexpr qreal lineWidth = 1.5;
+constexpr qreal unseen = 0.1; // Points that the line may be off.
 constexpr float areaOpacity = 0.18F;
 
 }
@@ -84,8 +86,9 @@ void Sparkline::paintEvent(QPaintEvent*)
     painter.setPen(Qt::NoPen);
     painter.setBrush(tint);
     painter.drawPolygon(area);
-    // Round joins would leave a bead at every slight bend, and miters a spike on every peak.
+    // Qt draws straight strokes ten times as fast as a whole path; their square ends make the
+    // joins.
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::BevelJoin));
-    painter.drawPolyline(line);
+    painter.setPen(QPen(color, lineWidth, Qt::SolidLine, Qt::SquareCap));
+    painter.drawLines(ChartLine::strokes(line, unseen));
 }

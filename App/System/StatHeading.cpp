@@ -6,7 +6,12 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessibleWidget>
+#include <QPaintEvent>
 #include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -26,17 +31,39 @@ void StatHeading::setValue(const QString& value)
         return;
     m_value = value;
     setAccessibleName(m_title + u": "_s + m_value);
-    update();
+    const int widthBefore = m_valueWidth;
+    measureValue();
+    update(trailing(std::max(widthBefore, m_valueWidth)));
 }
 
-void StatHeading::paintEvent(QPaintEvent*)
+void StatHeading::measureValue()
+{
+    const DigitText digits(Theme::current().font(TextRole::callout));
+    m_valueWidth = static_cast<int>(std::ceil(digits.width(m_value)));
+}
+
+QRect StatHeading::trailing(int width) const
+{
+    return QStyle::visualRect(
+        layoutDirection(), rect(), { this->width() - width, 0, width, height() });
+}
+
+void StatHeading::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
+        measureValue();
+    QWidget::changeEvent(event);
+}
+
+void StatHeading::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     const auto& theme = Theme::current();
-    TextLine::paint(painter, rect(), Qt::AlignLeading, m_title,
-        theme.font(TextRole::captionHeading), theme.colors.secondary);
+    const auto value = trailing(m_valueWidth);
+    // A new value leaves the title as it is.
+    if (!value.contains(event->rect()))
+        TextLine::paint(painter, rect(), Qt::AlignLeading, m_title,
+            theme.font(TextRole::captionHeading), theme.colors.secondary);
     const auto font = theme.font(TextRole::callout);
-    const DigitText digits(font);
-    const qreal left = layoutDirection() == Qt::LeftToRight ? width() - digits.width(m_value) : 0;
-    digits.paintAt(painter, { left, TextLine::baseline(font, rect()) }, m_value, theme.colors.text);
+    DigitText(font).paint(painter, value, m_value, theme.colors.text);
 }

@@ -16,7 +16,11 @@ public:
 
 private:
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void measureValue();
+    QRect trailing(int width) const;
 
     QString m_title;
     QString m_value;
+    int m_valueWidth = 0;
 };
