@@ -65,5 +65,6 @@ void StatHeading::paintEvent(QPaintEvent* event)
         TextLine::paint(painter, rect(), Qt::AlignLeading, m_title,
             theme.font(TextRole::captionHeading), theme.colors.secondary);
     const auto font = theme.font(TextRole::callout);
-    DigitText(font).paint(painter, value, m_value, theme.colors.text);
+    const QPointF start(value.left(), TextLine::baseline(font, value));
+    DigitText(font).paintAt(painter, start, m_value, theme.colors.text);
 }

@@ -2,12 +2,14 @@
 
 #include "App/Ui/TextLine.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
+
+#include <algorithm>
 
 DigitText::DigitText(const QFont& font)
     : m_font(font)
-    , m_digitCell(QFontMetricsF(font).horizontalAdvance(u'0'))
+    , m_metrics(font)
+    , m_digitCell(m_metrics.horizontalAdvance(u'0'))
 {
 }
 
@@ -24,12 +26,10 @@ DigitText DigitText::ring(const QFont& font, qsizetype characters)
 // A piece with a cell of its own, or a run of others, whose letters keep their spacing.
 qsizetype DigitText::pieceLength(QStringView text) const
 {
-    qsizetype length = 1;
-    if (!hasCell(text.front())) {
-        while (length < text.size() && !hasCell(text[length]))
-            ++length;
-    }
-    return length;
+    if (hasCell(text.front()))
+        return 1;
+    const auto end = std::ranges::find_if(text, [this](QChar next) { return hasCell(next); });
+    return end - text.begin();
 }
 
 qreal DigitText::width(const QString& text) const
@@ -37,7 +37,8 @@ qreal DigitText::width(const QString& text) const
     qreal sum = 0;
     for (QStringView rest = text; !rest.isEmpty();) {
         const auto length = pieceLength(rest);
-        sum += cellOf(rest.first(length));
+        const auto piece = rest.first(length);
+        sum += hasCell(piece.front()) ? cellOf(piece.front()) : advanceOf(piece);
         rest = rest.sliced(length);
     }
     return sum;
@@ -53,17 +54,17 @@ void DigitText::paint(
 void DigitText::paintAt(
     QPainter& painter, const QPointF& start, const QString& text, const QColor& color) const
 {
-    const QFontMetricsF metrics(m_font);
     painter.setFont(m_font);
     painter.setPen(color);
     qreal left = start.x();
     for (QStringView rest = text; !rest.isEmpty();) {
         const auto length = pieceLength(rest);
-        const auto piece = rest.first(length).toString();
-        const qreal cell = cellOf(piece);
-        const qreal inset = (cell - metrics.horizontalAdvance(piece)) / 2;
-        const qreal rise = piece.front() == u':' ? m_colonRise : 0;
-        painter.drawText(QPointF(left + inset, start.y() - rise), piece);
+        const auto piece = rest.first(length);
+        const auto first = piece.front();
+        const qreal advance = advanceOf(piece);
+        const qreal cell = hasCell(first) ? cellOf(first) : advance;
+        const qreal rise = first == u':' ? m_colonRise : 0;
+        painter.drawText(QPointF(left + (cell - advance) / 2, start.y() - rise), piece.toString());
         left += cell;
         rest = rest.sliced(length);
     }
@@ -74,11 +75,14 @@ bool DigitText::hasCell(QChar character) const
     return character.isDigit() || (character == u':' && m_colonCell > 0);
 }
 
-qreal DigitText::cellOf(QStringView piece) const
+qreal DigitText::cellOf(QChar character) const
 {
-    if (piece.front().isDigit())
-        return m_digitCell;
-    if (hasCell(piece.front()))
-        return m_colonCell;
-    return QFontMetricsF(m_font).horizontalAdvance(piece.toString());
+    return character.isDigit() ? m_digitCell : m_colonCell;
+}
+
+// A single character needs no shaping.
+qreal DigitText::advanceOf(QStringView piece) const
+{
+    return piece.size() == 1 ? m_metrics.horizontalAdvance(piece.front())
+                             : m_metrics.horizontalAdvance(piece.toString());
 }

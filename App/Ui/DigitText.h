@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QStringView>
 
 class QColor;
@@ -29,9 +30,11 @@ public:
 private:
     qsizetype pieceLength(QStringView text) const;
     bool hasCell(QChar character) const;
-    qreal cellOf(QStringView piece) const;
+    qreal cellOf(QChar character) const;
+    qreal advanceOf(QStringView piece) const;
 
     QFont m_font;
+    QFontMetricsF m_metrics;
     qreal m_digitCell = 0;
     qreal m_colonCell = 0; // 0: the colon's own width.
     qreal m_colonRise = 0;

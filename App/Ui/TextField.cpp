@@ -5,10 +5,13 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
+#include <QApplication>
 #include <QInputMethodEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTimer>
 
+#include <chrono>
 #include <limits>
 
 namespace {
@@ -18,14 +21,35 @@ constexpr int usualWidth = 150;
 constexpr int padding = 8;
 constexpr int caretWidth = 1;
 constexpr int ownPadding = 2; // QLineEdit adds it by itself.
-constexpr qreal radius = 6;
+constexpr int radius = 6;
+
+// A caret that nobody moves stands still after a while, and wakes nothing up any more.
+constexpr int blinkingMs = 1000;
+constexpr auto restAfter = std::chrono::seconds(10);
+
+bool isUse(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::FocusIn:
+    case QEvent::InputMethod:
+    case QEvent::KeyPress:
+    case QEvent::MouseButtonPress:
+        return true;
+    default:
+        return false;
+    }
+}
 
 }
 
 TextField::TextField(const QString& placeholder, QWidget* parent)
     : QLineEdit(parent)
     , m_interaction(new Interaction(this, Interaction::Ring::always))
+    , m_caretRest(new QTimer(this))
 {
+    m_caretRest->setSingleShot(true);
+    m_caretRest->setInterval(restAfter);
+    connect(m_caretRest, &QTimer::timeout, this, [] { QApplication::setCursorFlashTime(0); });
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setFrame(false);
@@ -56,10 +80,34 @@ void TextField::placeBox(const QRect& box)
     ControlBox::place(*this, box);
 }
 
+bool TextField::event(QEvent* event)
+{
+    if (isUse(event->type())) {
+        QApplication::setCursorFlashTime(blinkingMs);
+        m_caretRest->start();
+    } else if (event->type() == QEvent::FocusOut) {
+        m_caretRest->stop();
+    }
+    return QLineEdit::event(event);
+}
+
 void TextField::paintEvent(QPaintEvent* event)
 {
-    const Colors& c = Theme::current().colors;
     QPainter painter(this);
+    // What blinks is far from the edges, and their curves would cost more than all else.
+    if (isEnabled() && box().adjusted(radius, 1, -radius, -1).contains(event->rect()))
+        painter.fillRect(event->rect(), Theme::current().colors.field);
+    else
+        paintSurface(painter);
+    if (text().isEmpty() && !m_isComposing)
+        paintPlaceholder(painter);
+    painter.end();
+    QLineEdit::paintEvent(event);
+}
+
+void TextField::paintSurface(QPainter& painter)
+{
+    const Colors& c = Theme::current().colors;
     Surface::fill(painter, box(), radius, isEnabled() ? c.field : c.disabledFill);
     if (m_interaction->showsFocus()) {
         Surface::focusRing(painter, box(), radius);
@@ -67,10 +115,6 @@ void TextField::paintEvent(QPaintEvent* event)
     } else {
         Surface::ring(painter, box(), radius, isEnabled() ? c.fieldRing : c.disabledRing);
     }
-    if (text().isEmpty() && !m_isComposing)
-        paintPlaceholder(painter);
-    painter.end();
-    QLineEdit::paintEvent(event);
 }
 
 // Not left to Qt, whose caret would stand on the first letter.

@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +30,35 @@ private Q_SLOTS:
     {
         Setup s;
         QCOMPARE(s.field.box().translated(s.field.pos()), QRect(20, 30, 150, 24));
+    }
+
+    void theCaretRestsWhenNobodyTypes()
+    {
+        Setup s;
+        s.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&s.window));
+        s.field.setFocus();
+        QVERIFY(QApplication::cursorFlashTime() > 0);
+        auto* const rest = s.field.findChild<QTimer*>();
+        QVERIFY(rest->isActive());
+        rest->setInterval(0);
+        QTRY_COMPARE(QApplication::cursorFlashTime(), 0);
+        QTest::keyClick(&s.field, Qt::Key_A);
+        QVERIFY(QApplication::cursorFlashTime() > 0);
+        QVERIFY(rest->isActive());
+        s.field.clearFocus();
+        QVERIFY(!rest->isActive());
+    }
+
+    void theCaretsGroundIsTheField()
+    {
+        Setup s;
+        const QRect middle(80, 8, 4, 12);
+        QImage image(s.field.size(), QImage::Format_RGB32);
+        image.fill(Qt::red);
+        s.field.render(&image, middle.topLeft(), middle, QWidget::RenderFlags());
+        QCOMPARE(image.pixelColor(82, 12), Theme::current().colors.field);
+        QCOMPARE(image.pixelColor(70, 12), QColor(Qt::red));
     }
 
     void anyFocusBringsTheRing()

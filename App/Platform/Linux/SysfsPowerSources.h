@@ -9,7 +9,7 @@ class SysfsPowerSources final : public PowerSources {
 
 public:
     explicit SysfsPowerSources(const QString& folder = QStringLiteral("/sys/class/power_supply"),
-        std::chrono::milliseconds interval = std::chrono::seconds(10));
+        std::chrono::milliseconds interval = std::chrono::seconds(30));
 
     std::optional<QList<PowerSource>> sources() const override { return m_sources; }
 
