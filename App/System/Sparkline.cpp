@@ -16,6 +16,7 @@
 namespace {
 
 constexpr qreal lineWidth = 1.5;
+constexpr int highestLevel = 520; // Sixteenths of a point.
 constexpr qreal unseen = 0.1; // Points that the line may be off.
 constexpr float areaOpacity = 0.18F;
 
@@ -42,15 +43,28 @@ void Sparkline::setValues(const QList<double>& values)
     if (m_values == values)
         return;
     m_values = values;
-    update();
-    QAccessibleValueChangeEvent event(this, m_values.isEmpty() ? 0 : m_values.last());
-    QAccessible::updateAccessibility(&event);
+    paintIfNew();
+    Accessibility::tellValue(this, m_values.isEmpty() ? 0 : m_values.last());
 }
 
 void Sparkline::setMaxY(std::optional<double> maxY)
 {
-    if (std::exchange(m_maxY, maxY) != maxY)
-        update();
+    m_maxY = maxY;
+    paintIfNew();
+}
+
+// A change that nobody would see is no reason to paint.
+void Sparkline::paintIfNew()
+{
+    const double top = this->top();
+    QList<int> levels;
+    levels.reserve(m_values.size());
+    for (const double value : m_values)
+        levels << qRound(std::clamp(value / top, 0.0, 1.0) * highestLevel);
+    if (levels == m_levels)
+        return;
+    m_levels = levels;
+    update();
 }
 
 // Kept half its width inside, so that also a flat line at either edge is fully seen.
@@ -58,20 +72,17 @@ QPolygonF Sparkline::lineIn(const QRectF& box) const
 {
     const qreal step = box.width() / (SystemMonitor::historyLength - 1);
     const qreal bottom = box.bottom() - lineWidth / 2;
-    const qreal rise = box.height() - lineWidth;
-    const double top = this->top();
+    const qreal rise = (box.height() - lineWidth) / highestLevel;
     QPolygonF points;
-    points.reserve(m_values.size());
-    for (const double value : m_values) {
-        const qreal x = box.left() + qreal(points.size()) * step;
-        points << QPointF(x, bottom - std::clamp(value / top, 0.0, 1.0) * rise);
-    }
+    points.reserve(m_levels.size());
+    for (const int level : m_levels)
+        points << QPointF(box.left() + qreal(points.size()) * step, bottom - level * rise);
     return points;
 }
 
 void Sparkline::paintEvent(QPaintEvent*)
 {
-    if (m_values.isEmpty())
+    if (m_levels.isEmpty())
         return;
     QPainter painter(this);
     const auto box = PixelGrid::snapped(painter, rect());

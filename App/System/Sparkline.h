@@ -34,10 +34,12 @@ public:
 
 private:
     void paintEvent(QPaintEvent* event) override;
+    void paintIfNew();
     QPolygonF lineIn(const QRectF& box) const;
 
     QColor Colors::*m_color;
     Words m_words;
     QList<double> m_values;
     std::optional<double> m_maxY;
+    QList<int> m_levels; // What is painted of the values.
 };

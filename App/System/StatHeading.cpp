@@ -15,13 +15,32 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+class AccessibleHeading final : public QAccessibleWidget {
+public:
+    explicit AccessibleHeading(StatHeading* heading)
+        : QAccessibleWidget(heading, QAccessible::StaticText)
+    {
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        if (kind != QAccessible::Name)
+            return QAccessibleWidget::text(kind);
+        const auto& heading = *static_cast<const StatHeading*>(object());
+        return heading.title() + u": "_s + heading.value();
+    }
+};
+
+}
+
 StatHeading::StatHeading(const QString& title, QWidget* parent)
     : QWidget(parent)
     , m_title(title)
 {
     Accessibility::describe(staticMetaObject,
-        [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::StaticText); });
-    setAccessibleName(title);
+        [](QWidget* widget) { return new AccessibleHeading(static_cast<StatHeading*>(widget)); });
     setFixedHeight(Theme::lineHeight(TextRole::callout));
 }
 
@@ -30,7 +49,7 @@ void StatHeading::setValue(const QString& value)
     if (m_value == value)
         return;
     m_value = value;
-    setAccessibleName(m_title + u": "_s + m_value);
+    Accessibility::tellName(this);
     const int widthBefore = m_valueWidth;
     measureValue();
     update(trailing(std::max(widthBefore, m_valueWidth)));

@@ -96,6 +96,22 @@ void Accessibility::describe(const QMetaObject& type, Maker make)
     makers().insert(QString::fromLatin1(type.className()), std::move(make));
 }
 
+void Accessibility::tellName(QWidget* widget)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(widget, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
+}
+
+void Accessibility::tellValue(QWidget* widget, const QVariant& value)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleValueChangeEvent event(widget, value);
+    QAccessible::updateAccessibility(&event);
+}
+
 void Accessibility::install()
 {
     static const bool installed = [] {

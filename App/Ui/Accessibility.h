@@ -4,6 +4,7 @@
 #include <functional>
 
 class QAccessibleInterface;
+class QVariant;
 class QWidget;
 struct QMetaObject;
 
@@ -14,6 +15,10 @@ using Maker = std::function<QAccessibleInterface*(QWidget*)>;
 
 // What widgets of a class are, from now on.
 void describe(const QMetaObject& type, Maker make);
+
+// Tell of a change. Where nobody listens nothing is done, unlike by Qt's own functions.
+void tellName(QWidget* widget);
+void tellValue(QWidget* widget, const QVariant& value);
 
 // Describes the controls of this folder, and buttons of any kind. Every control of ours calls it;
 // only the first call does anything.

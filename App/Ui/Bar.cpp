@@ -5,7 +5,6 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
-#include <QAccessible>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -26,8 +25,7 @@ void Bar::setFraction(qreal fraction)
         return;
     m_fraction = bounded;
     update();
-    QAccessibleValueChangeEvent event(this, int(std::lround(m_fraction * 100)));
-    QAccessible::updateAccessibility(&event);
+    Accessibility::tellValue(this, int(std::lround(m_fraction * 100)));
 }
 
 void Bar::setTint(QColor Colors::*tint)

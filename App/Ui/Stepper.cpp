@@ -103,8 +103,7 @@ void Stepper::setValue(int value)
     // The number itself is not shown here: only a half that reaches or leaves its limit is seen.
     if (couldMinus != canStep(Half::minus) || couldPlus != canStep(Half::plus))
         update();
-    QAccessibleValueChangeEvent event(this, m_value);
-    QAccessible::updateAccessibility(&event);
+    Accessibility::tellValue(this, m_value);
 }
 
 void Stepper::placeBox(const QRect& box)

@@ -169,6 +169,23 @@ private Q_SLOTS:
         QCOMPARE(painted.count, 2);
     }
 
+    void aChangeThatNobodyWouldSeeIsNotPainted()
+    {
+        Setup s;
+        s.chart.setValues({ 50, 50 });
+        s.chart.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&s.chart));
+        QCoreApplication::processEvents();
+        const Painted painted(s.chart);
+        s.chart.setValues({ 50, 50.05 });
+        QCoreApplication::processEvents();
+        QCOMPARE(painted.count, 0);
+        QCOMPARE(s.chart.values().last(), 50.05);
+        s.chart.setValues({ 50, 50.5 });
+        QCoreApplication::processEvents();
+        QCOMPARE(painted.count, 1);
+    }
+
     void assistiveTechnologyHearsTheNewestValueAndTheRange()
     {
         Setup s;
