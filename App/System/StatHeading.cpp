@@ -1,7 +1,6 @@
 #include "App/System/StatHeading.h"
 
 #include "App/Ui/Accessibility.h"
-#include "App/Ui/DigitText.h"
 #include "App/Ui/TextLine.h"
 #include "App/Ui/Theme.h"
 
@@ -38,6 +37,7 @@ public:
 StatHeading::StatHeading(const QString& title, QWidget* parent)
     : QWidget(parent)
     , m_title(title)
+    , m_digits(Theme::current().font(TextRole::callout))
 {
     Accessibility::describe(staticMetaObject,
         [](QWidget* widget) { return new AccessibleHeading(static_cast<StatHeading*>(widget)); });
@@ -57,8 +57,13 @@ void StatHeading::setValue(const QString& value)
 
 void StatHeading::measureValue()
 {
-    const DigitText digits(Theme::current().font(TextRole::callout));
-    m_valueWidth = static_cast<int>(std::ceil(digits.width(m_value)));
+    m_valueWidth = static_cast<int>(std::ceil(m_digits.width(m_value)));
+}
+
+void StatHeading::adoptFont()
+{
+    m_digits = DigitText(Theme::current().font(TextRole::callout));
+    measureValue();
 }
 
 QRect StatHeading::trailing(int width) const
@@ -70,7 +75,7 @@ QRect StatHeading::trailing(int width) const
 void StatHeading::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        measureValue();
+        adoptFont();
     QWidget::changeEvent(event);
 }
 
@@ -83,7 +88,6 @@ void StatHeading::paintEvent(QPaintEvent* event)
     if (!value.contains(event->rect()))
         TextLine::paint(painter, rect(), Qt::AlignLeading, m_title,
             theme.font(TextRole::captionHeading), theme.colors.secondary);
-    const auto font = theme.font(TextRole::callout);
-    const QPointF start(value.left(), TextLine::baseline(font, value));
-    DigitText(font).paintAt(painter, start, m_value, theme.colors.text);
+    const auto baseline = TextLine::baseline(m_digits.font(), value);
+    m_digits.paintAt(painter, QPointF(value.left(), baseline), m_value, theme.colors.text);
 }

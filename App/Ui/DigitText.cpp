@@ -23,7 +23,6 @@ DigitText DigitText::ring(const QFont& font, qsizetype characters)
     return text;
 }
 
-// A piece with a cell of its own, or a run of others, whose letters keep their spacing.
 qsizetype DigitText::pieceLength(QStringView text) const
 {
     if (hasCell(text.front()))
@@ -32,15 +31,26 @@ qsizetype DigitText::pieceLength(QStringView text) const
     return end - text.begin();
 }
 
+const DigitText::Piece& DigitText::pieceAt(QStringView text) const
+{
+    constexpr qsizetype most = 64;
+    const auto words = text.first(pieceLength(text)).toString();
+    const auto known = m_pieces.constFind(words);
+    if (known != m_pieces.cend())
+        return *known;
+    if (m_pieces.size() >= most)
+        m_pieces.clear();
+    Piece piece { words.front(), m_metrics.horizontalAdvance(words), QStaticText(words) };
+    piece.drawing.setTextFormat(Qt::PlainText);
+    piece.drawing.setPerformanceHint(QStaticText::AggressiveCaching);
+    return *m_pieces.insert(words, piece);
+}
+
 qreal DigitText::width(const QString& text) const
 {
     qreal sum = 0;
-    for (QStringView rest = text; !rest.isEmpty();) {
-        const auto length = pieceLength(rest);
-        const auto piece = rest.first(length);
-        sum += hasCell(piece.front()) ? cellOf(piece.front()) : advanceOf(piece);
-        rest = rest.sliced(length);
-    }
+    for (QStringView rest = text; !rest.isEmpty(); rest = rest.sliced(pieceLength(rest)))
+        sum += cellOf(pieceAt(rest));
     return sum;
 }
 
@@ -56,17 +66,15 @@ void DigitText::paintAt(
 {
     painter.setFont(m_font);
     painter.setPen(color);
+    const qreal top = start.y() - m_metrics.ascent();
     qreal left = start.x();
-    for (QStringView rest = text; !rest.isEmpty();) {
-        const auto length = pieceLength(rest);
-        const auto piece = rest.first(length);
-        const auto first = piece.front();
-        const qreal advance = advanceOf(piece);
-        const qreal cell = hasCell(first) ? cellOf(first) : advance;
-        const qreal rise = first == u':' ? m_colonRise : 0;
-        painter.drawText(QPointF(left + (cell - advance) / 2, start.y() - rise), piece.toString());
+    for (QStringView rest = text; !rest.isEmpty(); rest = rest.sliced(pieceLength(rest))) {
+        const auto& piece = pieceAt(rest);
+        const qreal cell = cellOf(piece);
+        const qreal rise = piece.first == u':' ? m_colonRise : 0;
+        painter.drawStaticText(
+            QPointF(left + (cell - piece.advance) / 2, top - rise), piece.drawing);
         left += cell;
-        rest = rest.sliced(length);
     }
 }
 
@@ -75,14 +83,9 @@ bool DigitText::hasCell(QChar character) const
     return character.isDigit() || (character == u':' && m_colonCell > 0);
 }
 
-qreal DigitText::cellOf(QChar character) const
+qreal DigitText::cellOf(const Piece& piece) const
 {
-    return character.isDigit() ? m_digitCell : m_colonCell;
-}
-
-// A single character needs no shaping.
-qreal DigitText::advanceOf(QStringView piece) const
-{
-    return piece.size() == 1 ? m_metrics.horizontalAdvance(piece.front())
-                             : m_metrics.horizontalAdvance(piece.toString());
+    if (!hasCell(piece.first))
+        return piece.advance;
+    return piece.first.isDigit() ? m_digitCell : m_colonCell;
 }

@@ -4,7 +4,8 @@
 
 #include <QFont>
 #include <QFontMetricsF>
-#include <QStringView>
+#include <QHash>
+#include <QStaticText>
 
 class QColor;
 class QPainter;
@@ -19,6 +20,7 @@ public:
     // The cells of the large time in the ring; six characters stand closer than five.
     static DigitText ring(const QFont& font, qsizetype characters);
 
+    const QFont& font() const { return m_font; }
     qreal width(const QString& text) const;
     // Centred in the box, both ways.
     void paint(
@@ -28,14 +30,23 @@ public:
         QPainter& painter, const QPointF& start, const QString& text, const QColor& color) const;
 
 private:
+    // What is drawn at once: a character with a cell of its own, or a run of others.
+    struct Piece {
+        QChar first;
+        qreal advance = 0;
+        QStaticText drawing;
+    };
+
     qsizetype pieceLength(QStringView text) const;
     bool hasCell(QChar character) const;
-    qreal cellOf(QChar character) const;
-    qreal advanceOf(QStringView piece) const;
+    qreal cellOf(const Piece& piece) const;
+    const Piece& pieceAt(QStringView text) const;
 
     QFont m_font;
     QFontMetricsF m_metrics;
     qreal m_digitCell = 0;
     qreal m_colonCell = 0; // 0: the colon's own width.
     qreal m_colonRise = 0;
+    // Shaping words is the dearest part of drawing them, and the same few come again and again.
+    mutable QHash<QString, Piece> m_pieces;
 };

@@ -7,6 +7,7 @@
 #include <QTest>
 #include <QTransform>
 
+#include <functional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -68,6 +69,27 @@ private Q_SLOTS:
         QVERIFY(metrics.horizontalAdvance(words) < letters);
         QCOMPARE(DigitText(font).width(u'4' + words + u'2'),
             metrics.horizontalAdvance(words) + 2 * metrics.horizontalAdvance(u'0'));
+    }
+
+    void wordsLookAsThePainterDrawsThem()
+    {
+        const QFont font = Theme::current().font(TextRole::callout);
+        const auto drawn = [](const std::function<void(QPainter&)>& draw) {
+            QImage image(200, 60, QImage::Format_RGB32);
+            image.setDevicePixelRatio(2);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            draw(painter);
+            return image;
+        };
+        const auto own = drawn([&](QPainter& painter) {
+            DigitText(font).paintAt(painter, { 10, 20 }, u"AVATAR of GB"_s, Qt::black);
+        });
+        const auto painters = drawn([&](QPainter& painter) {
+            painter.setFont(font);
+            painter.drawText(QPointF(10, 20), u"AVATAR of GB"_s);
+        });
+        QCOMPARE(own, painters);
     }
 
     void aDigitStandsInTheMiddleOfItsCell()
