@@ -13,6 +13,8 @@ static bool passesBy(
 QList<QLineF> ChartLine::strokes(const QList<QPointF>& points, qreal tolerance)
 {
     QList<QLineF> strokes;
+    if (points.isEmpty())
+        return strokes;
     auto start = points.cbegin();
     for (auto end = start + 1; end < points.cend(); ++end) {
         const auto next = end + 1;
