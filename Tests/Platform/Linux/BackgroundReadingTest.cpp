@@ -51,6 +51,8 @@ private Q_SLOTS:
         Setup s;
         Setup other;
         other.reading.begin();
+        QTRY_VERIFY(other.learnt.size() >= 5);
+        QCOMPARE(s.source->reads.load(), 0);
         s.reading.begin();
         QTRY_VERIFY(!s.learnt.isEmpty());
         s.reading.end();
@@ -59,7 +61,8 @@ private Q_SLOTS:
         other.learnt.clear();
         QTRY_VERIFY(other.learnt.size() >= 5);
         QCOMPARE(s.learnt, learnt);
-        QCOMPARE(s.source->reads.load(), reads);
+        // Another reading may have been on its way when it ended.
+        QVERIFY(s.source->reads <= reads + 1);
     }
 
     void aReadingThatHangsIsTheOnlyOne()
