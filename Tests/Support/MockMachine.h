@@ -32,6 +32,8 @@ public:
             QList<std::pair<QString, QString>> {
                 { QStringLiteral("LD_PRELOAD"), QStringLiteral("libumockdev-preload.so.0") },
                 { QStringLiteral("UMOCKDEV_DIR"), QString::fromLocal8Bit(m_root) },
+                // Root's UPower would add these batteries to what it remembers of the real ones.
+                { QStringLiteral("UPOWER_HISTORY_DIR"), QString::fromLocal8Bit(m_root) },
             });
     }
 
