@@ -10,8 +10,6 @@
 #include <QAccessibleWidget>
 #include <QHash>
 
-#include <utility>
-
 namespace {
 
 class AccessiblePicker final : public AccessibleButton {
@@ -89,11 +87,11 @@ QAccessibleInterface* made(const QString& className, QObject* object)
 
 }
 
-void Accessibility::describe(const QMetaObject& type, Maker make)
+void Accessibility::describe(const QMetaObject& type, const Maker& make)
 {
     if (makers().isEmpty())
         QAccessible::installFactory(made);
-    makers().insert(QString::fromLatin1(type.className()), std::move(make));
+    makers().insert(QString::fromLatin1(type.className()), make);
 }
 
 void Accessibility::tellName(QWidget* widget)

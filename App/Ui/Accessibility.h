@@ -14,7 +14,7 @@ namespace Accessibility {
 using Maker = std::function<QAccessibleInterface*(QWidget*)>;
 
 // What widgets of a class are, from now on.
-void describe(const QMetaObject& type, Maker make);
+void describe(const QMetaObject& type, const Maker& make);
 
 // Tell of a change. Where nobody listens nothing is done, unlike by Qt's own functions.
 void tellName(QWidget* widget);

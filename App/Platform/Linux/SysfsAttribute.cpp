@@ -29,7 +29,7 @@ std::optional<QByteArray> SysfsAttribute::text(const QString& path)
         = open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0)
         return {};
-    const auto bytes = readRegular(descriptor);
+    auto bytes = readRegular(descriptor);
     close(descriptor);
     return bytes;
 }
