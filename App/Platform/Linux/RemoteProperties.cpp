@@ -38,7 +38,7 @@ void RemoteProperties::begin()
 
 void RemoteProperties::end()
 {
-    drop();
+    m_patience.stop();
     m_watch.reset();
     m_owner.clear();
     auto connection = std::exchange(m_connection, std::nullopt);
@@ -64,7 +64,12 @@ void RemoteProperties::subscribe(const QDBusConnection& connection)
         { m_source.interface }, u"sa{sv}as"_s, this, SLOT(hear(QDBusMessage)));
     m_connection->connect(QString(), u"/org/freedesktop/DBus"_s, theBus, u"NameOwnerChanged"_s,
         { m_source.service }, u"sss"_s, this, SLOT(changeOwner(QDBusMessage)));
-    ask();
+    // A service that hangs is asked once, however often somebody looks: the bus lets nobody have
+    // many questions open, and would then refuse those to others.
+    if (m_call)
+        m_heardMeanwhile = true;
+    else
+        ask();
 }
 
 void RemoteProperties::ask()
@@ -74,14 +79,14 @@ void RemoteProperties::ask()
         = QDBusMessage::createMethodCall(m_source.service, m_source.path, properties, u"GetAll"_s);
     request << m_source.interface;
     request.setAutoStartService(m_source.startsService);
-    auto* call
-        = new QDBusPendingCallWatcher(m_connection->asyncCall(request, noTimeLimit), m_watch.get());
+    auto* call = new QDBusPendingCallWatcher(m_connection->asyncCall(request, noTimeLimit), this);
     m_call = call;
     m_heardMeanwhile = false;
     m_patience.start();
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         drop();
-        learn(call->reply());
+        if (m_connection)
+            learn(call->reply());
     });
 }
 
@@ -97,6 +102,9 @@ void RemoteProperties::drop()
 
 void RemoteProperties::learn(const QDBusMessage& answer)
 {
+    // Whose signals counted was not known yet, or the answer was older than they.
+    if (m_heardMeanwhile)
+        ask();
     const QDBusPendingReply<QVariantMap> told(QDBusPendingCall::fromCompletedCall(answer));
     if (!told.isValid()) {
         lose();
@@ -105,9 +113,6 @@ void RemoteProperties::learn(const QDBusMessage& answer)
     m_owner = answer.service();
     QVariantMap values;
     take(values, told.value());
-    // Whose signals counted was not known yet, or the answer was older than they.
-    if (m_heardMeanwhile)
-        ask();
     set(State::known, values);
 }
 

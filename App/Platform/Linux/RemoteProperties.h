@@ -62,7 +62,7 @@ private:
 
     std::unique_ptr<QObject> m_watch; // Lives while followed.
     std::optional<QDBusConnection> m_connection; // While subscribed.
-    QDBusPendingCallWatcher* m_call = nullptr; // While an answer is due.
+    QDBusPendingCallWatcher* m_call = nullptr; // While an answer is due, followed or not.
     bool m_heardMeanwhile = false;
     QString m_owner; // The only one whose signals count.
     QTimer m_patience;

@@ -294,6 +294,62 @@ private Q_SLOTS:
         QCOMPARE(s.real.asked, 1);
     }
 
+    void asksAServiceThatHangsOnlyOnce()
+    {
+        Setup s;
+        s.real.isMute = true;
+        QVERIFY(s.own());
+        s.properties.follow();
+        QTRY_COMPARE(s.real.asked, 1);
+        for (int time = 0; time < 10; ++time) {
+            s.properties.unfollow();
+            s.properties.follow();
+        }
+        s.hearAll();
+        QTRY_COMPARE(s.properties.state(), State::absent);
+        QCOMPARE(s.real.asked, 1);
+        s.real.values = level(1);
+        s.real.isMute = false;
+        s.real.answerLate();
+        QTRY_COMPARE(s.level(), 1);
+        QTRY_COMPARE(s.real.asked, 2);
+    }
+
+    void anAnswerThatNobodyWaitsForIsPassedOver()
+    {
+        Setup s;
+        s.real.isMute = true;
+        QVERIFY(s.own());
+        s.properties.follow();
+        QTRY_COMPARE(s.real.asked, 1);
+        s.properties.unfollow();
+        s.real.values = level(1);
+        s.real.isMute = false;
+        s.real.answerLate();
+        s.real.change({});
+        s.hearAll();
+        QCOMPARE(s.properties.state(), State::unknown);
+        s.properties.follow();
+        QTRY_COMPARE(s.level(), 1);
+        QCOMPARE(s.changes.count(), 1);
+    }
+
+    void asksAgainWhenAnOldQuestionEndsInAnError()
+    {
+        Setup s;
+        s.real.isMute = true;
+        QVERIFY(s.own());
+        s.properties.follow();
+        QTRY_COMPARE(s.real.asked, 1);
+        s.properties.unfollow();
+        s.properties.follow();
+        s.real.values = {};
+        s.real.isMute = false;
+        s.real.answerLate();
+        s.real.values = level(1);
+        QTRY_COMPARE(s.level(), 1);
+    }
+
     void isAbsentWithoutABus()
     {
         SystemBus nowhere("unix:path=/nonexistent");
