@@ -1,9 +1,10 @@
 #include "App/Platform/Linux/UPowerSources.h"
 
+#include <chrono>
 #include <cmath>
-#include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 static const auto service = u"org.freedesktop.UPower"_s;
 
@@ -14,6 +15,9 @@ static constexpr uint chargingState = 1;
 
 // Thousandths of a percent: what shows as 20 % may well be less.
 static constexpr int parts = 1000;
+
+// A machine that was unplugged just now hardly draws anything yet.
+static constexpr auto longestTime = std::chrono::minutes(240h);
 
 static std::optional<qint64> capacity(const QVariant& percentage)
 {
@@ -27,7 +31,7 @@ static std::optional<qint64> capacity(const QVariant& percentage)
 static std::optional<int> minutes(const QVariant& seconds)
 {
     const qint64 value = seconds.toLongLong() / 60;
-    if (value <= 0 || value > std::numeric_limits<int>::max())
+    if (value <= 0 || value > longestTime.count())
         return {};
     return static_cast<int>(value);
 }

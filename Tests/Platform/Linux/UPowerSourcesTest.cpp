@@ -272,6 +272,9 @@ private Q_SLOTS:
         row("absent", { { u"IsPresent"_s, false } }, u"no battery"_s);
         row("time unknown", { { u"TimeToEmpty"_s, qint64 { 0 } } }, u"20% · on battery"_s);
         row("time gone", { { u"TimeToEmpty"_s, qint64 { -60 } } }, u"20% · on battery"_s);
+        row("longest time", { { u"TimeToEmpty"_s, qint64 { 864'059 } } },
+            u"20% · on battery · 240h 0m left"_s);
+        row("too long a time", { { u"TimeToEmpty"_s, qint64 { 864'060 } } }, u"20% · on battery"_s);
         row("time without end", { { u"TimeToEmpty"_s, std::numeric_limits<qint64>::max() } },
             u"20% · on battery"_s);
     }
