@@ -19,7 +19,7 @@ struct ProcessorTicks {
 
 struct MemoryUse {
     std::uint64_t usedBytes = 0; // All that cannot be handed out at once.
-    std::uint64_t physicalBytes = 0;
+    std::uint64_t physicalBytes = 0; // Never 0 in an answer.
 };
 
 struct VolumeSpace {
