@@ -9,10 +9,11 @@
 
 class PrivateBus final {
 public:
-    explicit PrivateBus(const QList<std::pair<QString, QString>>& environment = {})
+    explicit PrivateBus(const QList<std::pair<QString, QString>>& environment = {},
+        const QString& address = QStringLiteral("unix:tmpdir=/tmp"))
         : m_daemon(QStringLiteral("dbus-daemon"),
             { QStringLiteral("--session"), QStringLiteral("--nofork"),
-                QStringLiteral("--print-address") },
+                QStringLiteral("--print-address"), QStringLiteral("--address=") + address },
             environment)
     {
         QElapsedTimer waited;
@@ -33,6 +34,8 @@ public:
     QByteArray address() const { return m_address; } // Empty when it did not start.
     void hang() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGSTOP); }
     void resume() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGCONT); }
+    // Without a word to anyone.
+    void crash() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGKILL); }
 
 private:
     Daemon m_daemon;

@@ -26,6 +26,7 @@ RemoteProperties::RemoteProperties(SystemBus& bus, Source source)
     m_patience.setSingleShot(true);
     m_patience.setInterval(std::chrono::seconds(3));
     connect(&m_patience, &QTimer::timeout, this, &RemoteProperties::lose);
+    connect(&m_bus, &SystemBus::ended, this, &RemoteProperties::loseBus);
 }
 
 void RemoteProperties::begin()
@@ -167,6 +168,15 @@ void RemoteProperties::take(QVariantMap& values, const QVariantMap& told) const
 void RemoteProperties::lose()
 {
     set(State::absent, {});
+}
+
+void RemoteProperties::loseBus()
+{
+    drop();
+    m_owner.clear();
+    m_connection.reset();
+    if (m_watch)
+        lose();
 }
 
 void RemoteProperties::set(State state, const QVariantMap& values)

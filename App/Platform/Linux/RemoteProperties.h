@@ -53,6 +53,7 @@ private:
     void learn(const QDBusMessage& answer);
     void take(QVariantMap& values, const QVariantMap& told) const;
     void lose();
+    void loseBus();
     void set(State state, const QVariantMap& values);
 
     SystemBus& m_bus;

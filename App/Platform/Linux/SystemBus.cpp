@@ -15,11 +15,10 @@ static QDBusConnection connectTo(const QByteArray& address, const QString& name)
 }
 
 SystemBus::SystemBus(const QByteArray& address)
-    : m_name(u"system bus "_s + QUuid::createUuid().toString())
+    : m_address(address)
+    , m_name(u"system bus "_s + QUuid::createUuid().toString())
 {
-    m_work.start([this, address, name = m_name]() -> BackgroundWork::Finish {
-        return [this, connection = connectTo(address, name)] { learn(connection); };
-    });
+    reach();
 }
 
 SystemBus::~SystemBus()
@@ -31,16 +30,35 @@ SystemBus::~SystemBus()
 void SystemBus::whenConnected(
     QObject* context, const std::function<void(const QDBusConnection&)>& use)
 {
+    connect(this, &SystemBus::connected, context, use);
     if (m_connection)
         use(*m_connection);
     else
-        connect(this, &SystemBus::connected, context, use);
+        reach();
+}
+
+void SystemBus::reach()
+{
+    m_work.start([this, address = m_address, name = m_name]() -> BackgroundWork::Finish {
+        return [this, connection = connectTo(address, name)] { learn(connection); };
+    });
 }
 
 void SystemBus::learn(const QDBusConnection& connection)
 {
-    if (!connection.isConnected())
-        return;
     m_connection = connection;
-    Q_EMIT connected(connection);
+    m_connection->connect(QString(), u"/org/freedesktop/DBus/Local"_s,
+        u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this, SLOT(end()));
+    if (connection.isConnected())
+        Q_EMIT connected(connection);
+    else
+        end();
+}
+
+void SystemBus::end()
+{
+    m_connection.reset();
+    // Even a connection that failed would else keep the name for itself.
+    QDBusConnection::disconnectFromBus(m_name);
+    Q_EMIT ended();
 }

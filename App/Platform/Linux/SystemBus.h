@@ -18,15 +18,23 @@ public:
     explicit SystemBus(const QByteArray& address = BusProbe::systemBusAddress());
     ~SystemBus() override;
 
-    // Called at once, or later if the context still lives then; never where there is no bus.
+    // Called at once, or later, and again for a connection in place of one that ended, all for as
+    // long as the context lives. Where there is no connection, asking for it is what tries anew.
     void whenConnected(QObject* context, const std::function<void(const QDBusConnection&)>& use);
 
 Q_SIGNALS:
     void connected(const QDBusConnection& connection);
+    // Whatever was asked or subscribed is void.
+    void ended();
+
+private Q_SLOTS:
+    void end();
 
 private:
+    void reach();
     void learn(const QDBusConnection& connection);
 
+    const QByteArray m_address;
     const QString m_name; // Of the connection.
     std::optional<QDBusConnection> m_connection;
     BackgroundWork m_work;

@@ -395,6 +395,33 @@ private Q_SLOTS:
         QCOMPARE(s.properties.state(), State::absent);
     }
 
+    void whatIsKnownEndsWithTheBus()
+    {
+        QTemporaryDir folder;
+        const auto address = u"unix:path="_s + folder.filePath(u"bus"_s);
+        auto own = std::make_unique<PrivateBus>(QList<std::pair<QString, QString>>(), address);
+        Setup s(address.toLocal8Bit()); // Without the identity of the first bus.
+        s.real.values = level(1);
+        QVERIFY(s.own());
+        s.properties.follow();
+        QTRY_COMPARE(s.level(), 1);
+        QSignalSpy ends(&s.bus, &SystemBus::ended);
+        own->crash();
+        QTRY_COMPARE(ends.count(), 1);
+        QCOMPARE(s.properties.state(), State::absent);
+        QVERIFY(s.properties.values().isEmpty());
+
+        own = std::make_unique<PrivateBus>(QList<std::pair<QString, QString>>(), address);
+        PropertiesService restarted(own->address(), path, interface);
+        restarted.values = level(2);
+        QVERIFY(restarted.bus.registerService(service));
+        s.properties.unfollow();
+        s.properties.follow();
+        QTRY_COMPARE(s.level(), 2);
+        restarted.change(level(3));
+        QTRY_COMPARE(s.level(), 3);
+    }
+
     void leavesNothingBehind()
     {
         Setup s;

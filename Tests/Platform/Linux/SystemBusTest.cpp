@@ -2,6 +2,7 @@
 #include "Tests/Support/PrivateBus.h"
 
 #include <QElapsedTimer>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -88,6 +89,35 @@ private Q_SLOTS:
         Setup s(bus.address());
         QTRY_COMPARE(s.told, 1);
         QCOMPARE(without.told, 0);
+    }
+
+    void aBusThatEndsIsTold()
+    {
+        auto bus = std::make_unique<PrivateBus>();
+        Setup s(bus->address());
+        QSignalSpy ends(&s.bus, &SystemBus::ended);
+        QTRY_COMPARE(s.told, 1);
+        QCOMPARE(ends.count(), 0);
+        bus.reset();
+        QTRY_COMPARE(ends.count(), 1);
+    }
+
+    void triesAnewWhenSomebodyAsks()
+    {
+        QTemporaryDir folder;
+        const auto address = u"unix:path="_s + folder.filePath(u"bus"_s);
+        Setup s(address.toLocal8Bit());
+        QSignalSpy ends(&s.bus, &SystemBus::ended);
+        QTRY_COMPARE(ends.count(), 1);
+        for (int time = 1; time <= 2; ++time) {
+            auto bus = std::make_unique<PrivateBus>(QList<std::pair<QString, QString>>(), address);
+            QObject other;
+            s.bus.whenConnected(&other,
+                [](const QDBusConnection& connection) { QVERIFY(connection.isConnected()); });
+            QTRY_COMPARE(s.told, time);
+            bus.reset();
+            QTRY_COMPARE(ends.count(), time + 1);
+        }
     }
 
     void aBusThatSaysNothingHoldsUpNothing()
