@@ -41,6 +41,16 @@ struct Setup {
 
     bool own() { return real.bus.registerService(service); }
 
+    // The service is there and followed, and its level is known to be 1.
+    bool learnsLevelOne()
+    {
+        real.values = QVariantMap { { u"Level"_s, 1 } };
+        if (!own())
+            return false;
+        properties.follow();
+        return QTest::qWaitFor([this] { return level() == 1; });
+    }
+
     PropertiesService real;
     PropertiesService other; // That never owns the name.
     SystemBus bus;
@@ -129,10 +139,7 @@ private Q_SLOTS:
     void ignoresForgedSignals()
     {
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         s.other.change(level(66));
         s.real.change({ { u"Name"_s, u"true"_s } });
         QTRY_COMPARE(s.properties.values().value(u"Name"_s), u"true"_s);
@@ -156,10 +163,7 @@ private Q_SLOTS:
     void believesTheBusAloneAboutOwners()
     {
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         auto forged = QDBusMessage::createSignal(
             u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameOwnerChanged"_s);
         forged << service << s.real.bus.baseService() << QString();
@@ -173,10 +177,7 @@ private Q_SLOTS:
     void asksAgainForWhatIsInvalidated()
     {
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         s.real.values = level(2);
         s.real.change({}, { u"Of no interest"_s });
         s.real.change({}, { u"Level"_s });
@@ -217,10 +218,7 @@ private Q_SLOTS:
     void isSilentAboutWhatStaysTheSame()
     {
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         s.real.change(level(1));
         s.real.change({ { u"Of no interest"_s, 1 } });
         s.real.change(level(2));
@@ -244,10 +242,7 @@ private Q_SLOTS:
     {
         QFETCH(QVariantList, arguments);
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         s.real.signal(arguments);
         s.real.change(level(2));
         QTRY_COMPARE(s.level(), 2);
@@ -257,10 +252,7 @@ private Q_SLOTS:
     void dropsWhatIsNoPlainValue()
     {
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         s.real.change(level(QVariantMap { { u"Level"_s, 1 } }));
         QTRY_VERIFY(!s.level().isValid());
         QCOMPARE(s.properties.state(), State::known);
@@ -363,10 +355,7 @@ private Q_SLOTS:
     {
         PrivateBus own;
         Setup s(own.address());
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         own.hang();
         QElapsedTimer taken;
         taken.start();
@@ -401,10 +390,7 @@ private Q_SLOTS:
         const auto address = u"unix:path="_s + folder.filePath(u"bus"_s);
         auto own = std::make_unique<PrivateBus>(QList<std::pair<QString, QString>>(), address);
         Setup s(address.toLocal8Bit()); // Without the identity of the first bus.
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         QSignalSpy ends(&s.bus, &SystemBus::ended);
         own->crash();
         QTRY_COMPARE(ends.count(), 1);
@@ -425,10 +411,7 @@ private Q_SLOTS:
     void leavesNothingBehind()
     {
         Setup s;
-        s.real.values = level(1);
-        QVERIFY(s.own());
-        s.properties.follow();
-        QTRY_COMPARE(s.level(), 1);
+        QVERIFY(s.learnsLevelOne());
         QTRY_COMPARE(matchRules(s.other.bus), 2);
         s.properties.unfollow();
         QTRY_COMPARE(matchRules(s.other.bus), 0);
