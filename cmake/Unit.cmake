@@ -24,9 +24,11 @@ function(unit_test source)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 60)
 endfunction()
 
-# bus_test(<source> LINKS <target>...): a unit test that runs in a session bus of its own.
+# bus_test(<source> LINKS <target>...): a unit test that runs in a session bus of its own, where
+# nothing is started but by the test.
 function(bus_test source)
-    unit_test(${ARGV} LAUNCHER dbus-run-session --)
+    unit_test(${ARGV} LAUNCHER dbus-run-session
+        --config-file=${PROJECT_SOURCE_DIR}/Tests/Support/session.conf --)
     cmake_path(GET source STEM name)
     set_property(TEST ${name} PROPERTY TIMEOUT 120)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1"

@@ -5,8 +5,6 @@
 
 #include <QElapsedTimer>
 
-#include <csignal>
-
 class PrivateBus final {
 public:
     explicit PrivateBus(const QList<std::pair<QString, QString>>& environment = {},
@@ -28,14 +26,10 @@ public:
         }
     }
 
-    ~PrivateBus() { resume(); }
-    Q_DISABLE_COPY_MOVE(PrivateBus)
-
     QByteArray address() const { return m_address; } // Empty when it did not start.
-    void hang() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGSTOP); }
-    void resume() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGCONT); }
-    // Without a word to anyone.
-    void crash() { ::kill(static_cast<pid_t>(m_daemon.pid()), SIGKILL); }
+    bool hang() { return m_daemon.hang(); }
+    void resume() { m_daemon.resume(); }
+    void crash() { m_daemon.crash(); }
 
 private:
     Daemon m_daemon;

@@ -3,8 +3,6 @@
 
 #include <QTest>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -24,9 +22,9 @@ private Q_SLOTS:
         QTRY_VERIFY((address += bus.output()).contains('\n'));
         address = address.split('\n').first();
         QVERIFY(BusProbe::answers(address, 10s));
-        ::kill(static_cast<pid_t>(bus.pid()), SIGSTOP);
+        QVERIFY(bus.hang());
         QVERIFY(!BusProbe::answers(address, 50ms));
-        ::kill(static_cast<pid_t>(bus.pid()), SIGCONT);
+        bus.resume();
     }
 
     void aBusThatIsNotThereDoesNot()

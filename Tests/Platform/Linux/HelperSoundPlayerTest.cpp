@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <csignal>
 #include <memory>
 #include <span>
 
@@ -106,14 +105,14 @@ private Q_SLOTS:
     void aHungServerHoldsNobodyUp()
     {
         startServer();
-        kill(static_cast<pid_t>(m_server->pid()), SIGSTOP);
+        QVERIFY(m_server->hang());
         QElapsedTimer elapsed;
         elapsed.start();
         HelperSoundPlayer(helper).play(u"Glass"_s);
         QVERIFY2(elapsed.elapsed() < 150, QByteArray::number(elapsed.elapsed()));
         QTRY_COMPARE(running("play-sound"), 1);
         QTRY_COMPARE_WITH_TIMEOUT(running("play-sound"), 0, 3500 - int(elapsed.elapsed()));
-        kill(static_cast<pid_t>(m_server->pid()), SIGCONT);
+        m_server->resume();
     }
 
     void ignoresAHelperThatIsMissing()

@@ -356,7 +356,7 @@ private Q_SLOTS:
         PrivateBus own;
         Setup s(own.address());
         QVERIFY(s.learnsLevelOne());
-        own.hang();
+        QVERIFY(own.hang());
         QElapsedTimer taken;
         taken.start();
         for (int time = 0; time < 100; ++time) {
