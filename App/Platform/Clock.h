@@ -1,7 +1,8 @@
-// The wall clock.
+// The wall clock, and what local time makes of it.
 #pragma once
 
 #include <QObject>
+#include <QTimeZone>
 
 #include <chrono>
 
@@ -13,8 +14,10 @@ class Clock : public QObject {
 
 public:
     virtual Moment now() const = 0;
+    virtual QTimeZone zone() const { return QTimeZone::systemTimeZone(); }
 
 Q_SIGNALS:
-    // The clock no longer runs on from where it was: somebody set it, or the machine slept.
+    // The clock no longer runs on from where it was: somebody set it, or its zone, or the machine
+    // slept.
     void jumped();
 };

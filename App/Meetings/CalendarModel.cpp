@@ -1,0 +1,101 @@
+#include "App/Meetings/CalendarModel.h"
+
+#include "App/Platform/EventStore.h"
+#include "App/Platform/Ticker.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Day {
+    Moment start;
+    Moment end;
+};
+
+Moment startOfDay(QDate date, const QTimeZone& zone)
+{
+    return Moment(std::chrono::milliseconds(date.startOfDay(zone).toMSecsSinceEpoch()));
+}
+
+Day dayOf(Moment now, const QTimeZone& zone)
+{
+    const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch());
+    const auto date = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count(), zone).date();
+    return { startOfDay(date, zone), startOfDay(date.addDays(1), zone) };
+}
+
+}
+
+CalendarModel::CalendarModel(EventStore& store, Clock& clock, Ticker& timer, Ticker& midnight)
+    : m_store(store)
+    , m_clock(clock)
+    , m_timer(timer)
+    , m_midnight(midnight)
+{
+}
+
+void CalendarModel::requestAccess()
+{
+    m_store.requestFullAccess(this, [this](bool granted) { handle(granted); });
+}
+
+void CalendarModel::checkAuthorization()
+{
+    m_store.authorizationStatus(this, [this](AuthorizationStatus status) {
+        if (status != AuthorizationStatus::notDetermined)
+            handle(status == AuthorizationStatus::fullAccess);
+    });
+}
+
+void CalendarModel::handle(bool granted)
+{
+    publish(m_authorized, granted);
+    publish(m_denied, !granted);
+    if (!granted)
+        return;
+    refresh();
+    watch();
+}
+
+void CalendarModel::watch()
+{
+    if (std::exchange(m_isWatching, true))
+        return;
+    m_timer.start(60s, [this] { refresh(); });
+    connect(&m_store, &EventStore::changed, this, &CalendarModel::refresh);
+    connect(&m_clock, &Clock::jumped, this, &CalendarModel::refresh);
+}
+
+void CalendarModel::refresh()
+{
+    const auto now = m_clock.now();
+    const auto today = dayOf(now, m_clock.zone());
+    auto found = m_store.events(today.start, today.end);
+    std::ranges::stable_sort(found, {}, &CalendarEvent::start);
+    QList<MeetingEvent> events;
+    events.reserve(found.size());
+    for (const auto& event : std::as_const(found))
+        events.emplaceBack(event);
+    publish(m_events, std::move(events));
+    // A moment late rather than a moment early, which would still be today.
+    m_midnight.start(
+        std::chrono::ceil<std::chrono::milliseconds>(today.end - now), [this] { refresh(); });
+}
+
+const MeetingEvent* CalendarModel::next() const
+{
+    const auto now = m_clock.now();
+    const auto found = std::ranges::find_if(
+        m_events, [now](const MeetingEvent& event) { return !event.allDay && event.end > now; });
+    return found == m_events.cend() ? nullptr : &*found;
+}
+
+bool CalendarModel::isOver(const MeetingEvent& event) const
+{
+    return event.isOver(m_clock.now());
+}
