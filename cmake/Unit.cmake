@@ -72,3 +72,24 @@ function(desktop_test name)
             $<TARGET_FILE:corvella>)
     set_tests_properties(${name} PROPERTIES LABELS Desktop RUN_SERIAL TRUE TIMEOUT 300)
 endfunction()
+
+# fuzz_test(<source> LINKS <target>...): a libFuzzer program, run for a minute from the inputs in
+# corpus/<name> and with the words in <name>.dict, if any. What it finds is left in the build folder.
+function(fuzz_test source)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" LINKS)
+    cmake_path(GET source STEM name)
+    add_executable(${name} ${source})
+    target_link_libraries(${name} PRIVATE corvella_options ${arg_LINKS})
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    add_dependencies(fuzz ${name})
+    set(words ${CMAKE_CURRENT_SOURCE_DIR}/${name}.dict)
+    if(EXISTS ${words})
+        set(dictionary -dict=${words})
+    endif()
+    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}-corpus)
+    add_test(NAME ${name}
+        COMMAND ${name} -max_total_time=60 -timeout=10 -max_len=4096 -print_final_stats=1
+            -artifact_prefix=${CMAKE_CURRENT_BINARY_DIR}/${name}-
+            ${dictionary} ${name}-corpus ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name})
+    set_tests_properties(${name} PROPERTIES LABELS Fuzz TIMEOUT 150)
+endfunction()
