@@ -1,35 +1,13 @@
 #include "App/Meetings/CalendarModel.h"
 
+#include "App/Meetings/Day.h"
 #include "App/Platform/EventStore.h"
 #include "App/Platform/Ticker.h"
-
-#include <QDateTime>
 
 #include <algorithm>
 #include <utility>
 
 using namespace std::chrono_literals;
-
-namespace {
-
-struct Day {
-    Moment start;
-    Moment end;
-};
-
-Moment startOfDay(QDate date, const QTimeZone& zone)
-{
-    return Moment(std::chrono::milliseconds(date.startOfDay(zone).toMSecsSinceEpoch()));
-}
-
-Day dayOf(Moment now, const QTimeZone& zone)
-{
-    const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch());
-    const auto date = QDateTime::fromMSecsSinceEpoch(sinceEpoch.count(), zone).date();
-    return { startOfDay(date, zone), startOfDay(date.addDays(1), zone) };
-}
-
-}
 
 CalendarModel::CalendarModel(EventStore& store, Clock& clock, Ticker& timer, Ticker& midnight)
     : m_store(store)
