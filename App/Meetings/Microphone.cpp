@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr float usualVolume = 0.75F;
+constexpr double usualVolume = 0.75;
 constexpr quint32 muted = 1;
 constexpr quint32 unmuted = 0;
 const auto volumeKey = u"micVolumeBeforeMute"_s;
@@ -25,6 +25,13 @@ QList<int> usableElements(const AudioInputDevice& device, InputControl control)
             usable << element;
     }
     return usable;
+}
+
+// Others may have written there what is no volume.
+float rememberedVolume(const UserDefaults& defaults)
+{
+    const auto stored = defaults.real(volumeKey).value_or(usualVolume);
+    return static_cast<float>(std::clamp(stored, 0.0, 1.0));
 }
 
 void rememberVolume(UserDefaults& defaults, const AudioInputDevice& device, int element)
@@ -73,8 +80,8 @@ bool Microphone::setMuted(AudioInput& input, UserDefaults& defaults, bool mute)
         return false;
     if (mute)
         rememberVolume(defaults, *device, volumes.first());
-    const auto remembered = static_cast<float>(defaults.real(volumeKey).value_or(usualVolume));
+    const auto volume = mute ? 0 : rememberedVolume(defaults);
     for (const int element : volumes)
-        device->setVolume(element, mute ? 0 : remembered);
+        device->setVolume(element, volume);
     return true;
 }
