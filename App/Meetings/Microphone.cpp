@@ -41,6 +41,19 @@ void rememberVolume(UserDefaults& defaults, const AudioInputDevice& device, int 
         defaults.setReal(volumeKey, *volume);
 }
 
+bool setSilent(AudioInputDevice& device, UserDefaults& defaults, bool silent)
+{
+    const auto elements = usableElements(device, InputControl::volume);
+    if (elements.isEmpty())
+        return false;
+    if (silent)
+        rememberVolume(defaults, device, elements.first());
+    const auto volume = silent ? 0 : rememberedVolume(defaults);
+    for (const int element : elements)
+        device.setVolume(element, volume);
+    return true;
+}
+
 }
 
 std::unique_ptr<AudioInputDevice> Microphone::defaultInput(AudioInput& input)
@@ -73,15 +86,5 @@ bool Microphone::setMuted(AudioInput& input, UserDefaults& defaults, bool mute)
     const auto switches = usableElements(*device, InputControl::mute);
     for (const int element : switches)
         device->setMute(element, mute ? muted : unmuted);
-    if (!switches.isEmpty())
-        return true;
-    const auto volumes = usableElements(*device, InputControl::volume);
-    if (volumes.isEmpty())
-        return false;
-    if (mute)
-        rememberVolume(defaults, *device, volumes.first());
-    const auto volume = mute ? 0 : rememberedVolume(defaults);
-    for (const int element : volumes)
-        device->setVolume(element, volume);
-    return true;
+    return !switches.isEmpty() || setSilent(*device, defaults, mute);
 }
