@@ -1,16 +1,19 @@
 #include "App/AppDelegate.h"
 
 #include "App/Focus/PomodoroModel.h"
+#include "App/Meetings/CalendarModel.h"
 #include "App/Platform/PopoverWindow.h"
 #include "App/Platform/StatusItem.h"
 #include "App/StatusTitle.h"
 
 #include <QCoreApplication>
 
-AppDelegate::AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer)
+AppDelegate::AppDelegate(
+    StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer, CalendarModel& calendar)
     : m_statusItem(statusItem)
     , m_popover(popover)
     , m_timer(timer)
+    , m_calendar(calendar)
 {
 }
 
@@ -21,6 +24,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_statusItem.show();
     updateTitle();
     m_timer.observe(this, [this] { updateTitle(); });
+    m_calendar.checkAuthorization();
 }
 
 void AppDelegate::updateTitle()

@@ -3,6 +3,7 @@
 
 #include <QObject>
 
+class CalendarModel;
 class PomodoroModel;
 class PopoverWindow;
 class StatusItem;
@@ -11,7 +12,8 @@ class AppDelegate final : public QObject {
     Q_OBJECT
 
 public:
-    AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer);
+    AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer,
+        CalendarModel& calendar);
 
     void applicationDidFinishLaunching();
     void showPopover();
@@ -23,4 +25,5 @@ private:
     StatusItem& m_statusItem;
     PopoverWindow& m_popover;
     PomodoroModel& m_timer;
+    CalendarModel& m_calendar;
 };

@@ -2,6 +2,7 @@
 #include "Tests/Fakes/FakePopoverWindow.h"
 #include "Tests/Fakes/FakeStatusItem.h"
 #include "Tests/Focus/FocusSetup.h"
+#include "Tests/Meetings/MeetingsSetup.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -18,9 +19,10 @@ struct Setup {
     }
 
     FocusSetup focus;
+    MeetingsSetup meetings;
     FakeStatusItem item;
     FakePopoverWindow popover;
-    AppDelegate delegate { item, popover, focus.model };
+    AppDelegate delegate { item, popover, focus.model, meetings.model };
 };
 
 class AppDelegateTest final : public QObject {
@@ -108,6 +110,44 @@ private Q_SLOTS:
         s.delegate.showPopover();
         QVERIFY(s.popover.shown);
         QCOMPARE(s.popover.shows, 1);
+    }
+
+    void accessToTheCalendarGrantedEarlierLoadsToday()
+    {
+        Setup s;
+        s.meetings.store.status = AuthorizationStatus::fullAccess;
+        s.meetings.store.stored = { s.meetings.event(u"a"_s, 9, 10) };
+        s.launch();
+        QVERIFY(s.meetings.model.authorized());
+        QCOMPARE(s.meetings.titles(), QStringList { u"a"_s });
+    }
+
+    void accessToTheCalendarRefusedEarlierIsKnown()
+    {
+        Setup s;
+        s.meetings.store.status = AuthorizationStatus::denied;
+        s.launch();
+        QVERIFY(s.meetings.model.denied());
+        QVERIFY(s.meetings.store.queries.isEmpty());
+    }
+
+    void accessToTheCalendarIsNeverAskedForAtLaunch()
+    {
+        Setup s;
+        s.launch();
+        QCOMPARE(s.meetings.store.checks, 1);
+        QVERIFY(!s.meetings.store.pendingRequest);
+        QVERIFY(!s.meetings.model.authorized() && !s.meetings.model.denied());
+    }
+
+    void theItemIsUpBeforeTheCalendarIsAsked()
+    {
+        Setup s;
+        bool wasShown = false;
+        connect(&s.meetings.model, &Model::willChange, this, [&] { wasShown = s.item.shown; });
+        s.meetings.store.status = AuthorizationStatus::denied;
+        s.delegate.applicationDidFinishLaunching();
+        QVERIFY(wasShown);
     }
 
     void theItemCanQuitTheProgram()
