@@ -4,28 +4,33 @@
 
 namespace {
 
-// What it stands for is made, asked and destroyed on the thread only.
+// What is made, asked and destroyed on the thread only, and in this order.
+struct Held {
+    std::shared_ptr<AudioInput> input;
+    std::unique_ptr<AudioInputDevice> device = nullptr;
+};
+
 class BoundedDevice final : public AudioInputDevice {
 public:
-    using Shared = std::shared_ptr<std::unique_ptr<AudioInputDevice>>;
-
-    BoundedDevice(std::shared_ptr<DeadlineThread> thread, DeadlineThread::Deadline deadline)
+    BoundedDevice(std::shared_ptr<DeadlineThread> thread, DeadlineThread::Deadline deadline,
+        const std::shared_ptr<AudioInput>& input)
         : m_thread(std::move(thread))
         , m_deadline(deadline)
+        , m_held(std::make_shared<Held>(Held { input }))
     {
     }
 
     ~BoundedDevice() override
     {
-        m_thread->leave([device = m_device] { device->reset(); });
+        m_thread->leave([held = m_held] { held->device.reset(); });
     }
 
     Q_DISABLE_COPY_MOVE(BoundedDevice)
 
-    bool find(const std::shared_ptr<AudioInput>& input)
+    bool find()
     {
-        const auto search = [input, device = m_device] { *device = input->defaultInput(); };
-        return m_thread->run(search, m_deadline) && *m_device;
+        const auto search = [held = m_held] { held->device = held->input->defaultInput(); };
+        return m_thread->run(search, m_deadline) && m_held->device;
     }
 
     bool hasControl(InputControl control, int element) const override
@@ -59,13 +64,13 @@ private:
     Answer ask(Question question) const
     {
         const auto answer = std::make_shared<Answer>();
-        const auto work = [=, device = m_device] { *answer = question(**device); };
+        const auto work = [=, held = m_held] { *answer = question(*held->device); };
         return m_thread->run(work, m_deadline) ? *answer : Answer();
     }
 
     std::shared_ptr<DeadlineThread> m_thread;
     DeadlineThread::Deadline m_deadline;
-    Shared m_device = std::make_shared<std::unique_ptr<AudioInputDevice>>();
+    std::shared_ptr<Held> m_held;
 };
 
 }
@@ -81,6 +86,6 @@ BoundedAudioInput::BoundedAudioInput(
 std::unique_ptr<AudioInputDevice> BoundedAudioInput::defaultInput()
 {
     const auto deadline = std::chrono::steady_clock::now() + m_longest;
-    auto device = std::make_unique<BoundedDevice>(m_thread, deadline);
-    return device->find(m_input) ? std::move(device) : nullptr;
+    auto device = std::make_unique<BoundedDevice>(m_thread, deadline, m_input);
+    return device->find() ? std::move(device) : nullptr;
 }
