@@ -35,7 +35,9 @@ function(unit name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" LINKS)
     add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PUBLIC corvella_options ${arg_LINKS})
-    precompile(${name} precompiled)
+    if(arg_LINKS) # Without any it does not know Qt either.
+        precompile(${name} precompiled)
+    endif()
 endfunction()
 
 # unit_test(<source> LINKS <target>... [LAUNCHER <command>...]): one program and one ctest entry per file.
