@@ -7,6 +7,7 @@ using namespace Qt::StringLiterals;
 SystemClock::SystemClock(SystemBus& bus)
 {
     connect(&m_watch, &ClockSetWatch::clockSet, this, &Clock::jumped);
+    connect(&m_zoneWatch, &ZoneWatch::zoneChanged, this, &Clock::jumped);
     bus.whenConnected(this, [this](const QDBusConnection& connection) { followSleep(connection); });
 }
 

@@ -1,8 +1,10 @@
-// The machine's wall clock, which jumps when it is set and when the machine wakes up.
+// The machine's wall clock, which jumps when it is set, its zone becomes another or the machine
+// wakes up.
 #pragma once
 
 #include "App/Platform/Clock.h"
 #include "App/Platform/Linux/ClockSetWatch.h"
+#include "App/Platform/Linux/ZoneWatch.h"
 
 class QDBusConnection;
 class SystemBus;
@@ -22,4 +24,5 @@ private:
     void followSleep(QDBusConnection bus);
 
     ClockSetWatch m_watch;
+    ZoneWatch m_zoneWatch;
 };
