@@ -1,0 +1,132 @@
+#include "App/Platform/Linux/FolderTreeWatch.h"
+
+#include "App/Platform/Linux/FolderTree.h"
+
+#include <QFile>
+
+#include <chrono>
+#include <climits>
+#include <cstring>
+#include <sys/inotify.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+// Creation counts because a file that is linked into the folder is never written there.
+constexpr uint32_t anything = IN_CLOSE_WRITE | IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE
+    | IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr uint32_t appearance = IN_CREATE | IN_MOVED_TO | IN_ATTRIB;
+
+}
+
+class FolderTreeWatch::Descriptor final {
+public:
+    Descriptor() = default;
+    Q_DISABLE_COPY_MOVE(Descriptor)
+
+    ~Descriptor()
+    {
+        if (number >= 0)
+            ::close(number);
+    }
+
+    const int number = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+};
+
+FolderTreeWatch::FolderTreeWatch(const QStringList& roots)
+    : m_descriptor(std::make_shared<Descriptor>())
+{
+    for (const auto& root : roots)
+        m_roots.append(QFile::encodeName(root));
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(std::chrono::milliseconds(200));
+    m_soon.callOnTimeout(this, &FolderTreeWatch::look);
+    if (m_descriptor->number < 0)
+        return;
+    connect(&m_notifier, &QSocketNotifier::activated, this, &FolderTreeWatch::drain);
+    m_notifier.setSocket(m_descriptor->number);
+    m_notifier.setEnabled(true);
+}
+
+FolderTreeWatch::~FolderTreeWatch()
+{
+    m_notifier.setEnabled(false);
+}
+
+void FolderTreeWatch::look()
+{
+    m_isStale = m_isWalking;
+    if (std::exchange(m_isWalking, true))
+        return;
+    m_work.start([this, roots = m_roots, descriptor = m_descriptor,
+                     before = m_watches]() -> BackgroundWork::Finish {
+        return [this, found = walk(roots, descriptor->number, before)] { learn(found); };
+    });
+}
+
+// Watched before it is read: nothing is missed between.
+FolderTreeWatch::Found FolderTreeWatch::walk(
+    const QList<QByteArray>& roots, int descriptor, const Watches& before)
+{
+    const auto plan = FolderTree::plan(roots);
+    Found found;
+    for (const auto& root : plan.readable)
+        found.readable.append(QFile::decodeName(root));
+    for (auto folder = plan.folders.cbegin(); folder != plan.folders.cend(); ++folder) {
+        const auto events = folder->isEmpty() ? anything : appearance;
+        const int watch
+            = inotify_add_watch(descriptor, folder.key().constData(), events | IN_ONLYDIR);
+        if (watch >= 0)
+            found.watches.insert(watch, *folder);
+    }
+    for (auto watch = before.cbegin(); watch != before.cend(); ++watch) {
+        if (!found.watches.contains(watch.key()))
+            inotify_rm_watch(descriptor, watch.key());
+    }
+    return found;
+}
+
+void FolderTreeWatch::learn(const Found& found)
+{
+    m_isWalking = false;
+    m_readable = found.readable;
+    m_watches = found.watches;
+    if (std::exchange(m_isStale, false))
+        m_soon.start();
+    Q_EMIT looked();
+}
+
+void FolderTreeWatch::drain()
+{
+    bool isOther = false;
+    alignas(inotify_event) char buffer[16 * (sizeof(inotify_event) + NAME_MAX + 1)];
+    ssize_t size = 0;
+    while ((size = ::read(m_descriptor->number, buffer, sizeof buffer)) > 0) {
+        for (ssize_t at = 0; at < size;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
+            const QByteArray name(event->len > 0 ? event->name : "");
+            isOther = isOther || isOfInterest(event->wd, event->mask, name);
+            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+    }
+    if (isOther && !m_soon.isActive())
+        m_soon.start();
+}
+
+bool FolderTreeWatch::isOfInterest(int watch, quint32 events, const QByteArray& name) const
+{
+    if ((events & IN_Q_OVERFLOW) != 0)
+        return true;
+    if ((events & IN_IGNORED) != 0)
+        return false;
+    const auto known = m_watches.constFind(watch);
+    // Begun by the walk that is under way.
+    if (known == m_watches.cend())
+        return m_isWalking;
+    if (!known->isEmpty())
+        return known->contains(name);
+    // Others are the temporary names under which programs write.
+    return (events & IN_ISDIR) != 0 || name.isEmpty() || name.toLower().endsWith(".ics")
+        || (!name.startsWith('.') && (events & IN_CLOSE_WRITE) == 0);
+}

@@ -1,0 +1,104 @@
+#include "App/Platform/Linux/IcsFolders.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <dirent.h>
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto patience = 3s;
+
+bool isReadable(const QString& folder)
+{
+    auto* opened = opendir(QFile::encodeName(folder).constData());
+    if (opened)
+        closedir(opened);
+    return opened;
+}
+
+}
+
+IcsFolders::IcsFolders(EventExpander& expander, const QStringList& folders)
+    : m_expander(expander)
+    , m_folders(folders)
+    , m_watch(folders)
+{
+    m_soon.setSingleShot(true);
+    m_soon.callOnTimeout(this, &IcsFolders::expand);
+    connect(&m_watch, &FolderTreeWatch::looked, this, &IcsFolders::expand);
+}
+
+QStringList IcsFolders::usualFolders()
+{
+    const auto data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return { data + u"/calendars"_s, QDir::homePath() + u"/.calendars"_s,
+        data + u"/khal/calendars"_s };
+}
+
+// A folder on a server that hangs is as good as none; the work that waits for it is left to itself.
+void IcsFolders::checkAccess(QObject* context, const std::function<void(bool)>& answer)
+{
+    auto* work = new BackgroundWork;
+    work->setParent(context);
+    const auto conclude = [work, answer](bool isOpen) {
+        work->deleteLater();
+        answer(isOpen);
+    };
+    auto* timer = new QTimer(work);
+    timer->setSingleShot(true);
+    timer->callOnTimeout([conclude] { conclude(false); });
+    timer->start(patience);
+    work->start([timer, conclude, folders = m_folders]() -> BackgroundWork::Finish {
+        const bool isOpen = std::ranges::any_of(folders, isReadable);
+        return [timer, conclude, isOpen] {
+            if (timer->isActive()) {
+                timer->stop();
+                conclude(isOpen);
+            }
+        };
+    });
+}
+
+void IcsFolders::look(const TimeSpan& span)
+{
+    m_span = span;
+    m_watch.look();
+}
+
+void IcsFolders::expand()
+{
+    m_isStale = m_isAtWork || m_soon.isActive();
+    if (m_isStale)
+        return;
+    const auto folders = m_watch.readable();
+    if (folders.isEmpty()) {
+        take(EventExpander::Result {});
+        return;
+    }
+    m_isAtWork = true;
+    m_taken.start();
+    m_expander.expand({ .start = m_span.start, .end = m_span.end, .paths = folders }, this,
+        [this](const auto& result) { take(result); });
+}
+
+void IcsFolders::take(const std::optional<EventExpander::Result>& result)
+{
+    m_isAtWork = false;
+    // Folders that are being filled change all the time; most of that time is left to others.
+    if (std::exchange(m_isStale, false))
+        m_soon.start(
+            std::chrono::milliseconds(std::clamp<qint64>(3 * m_taken.elapsed(), 200, 30'000)));
+    if (!result || result->events == m_events)
+        return;
+    m_events = result->events;
+    m_events.squeeze();
+    Q_EMIT changed();
+}

@@ -1,0 +1,41 @@
+// Folders of iCalendar files, as programs for the terminal keep them.
+#pragma once
+
+#include "App/Platform/Linux/BackgroundWork.h"
+#include "App/Platform/Linux/CalendarSource.h"
+#include "App/Platform/Linux/EventExpander.h"
+#include "App/Platform/Linux/FolderTreeWatch.h"
+
+#include <QElapsedTimer>
+#include <QStringList>
+#include <QTimer>
+
+#include <optional>
+
+class IcsFolders final : public CalendarSource {
+    Q_OBJECT
+
+public:
+    explicit IcsFolders(EventExpander& expander, const QStringList& folders = usualFolders());
+
+    static QStringList usualFolders();
+
+    // Whether one of the folders can be read.
+    void checkAccess(QObject* context, const std::function<void(bool)>& answer) override;
+    void look(const TimeSpan& span) override;
+    QList<CalendarEvent> events() const override { return m_events; }
+
+private:
+    void expand();
+    void take(const std::optional<EventExpander::Result>& result);
+
+    EventExpander& m_expander;
+    const QStringList m_folders;
+    FolderTreeWatch m_watch;
+    QTimer m_soon;
+    QElapsedTimer m_taken;
+    TimeSpan m_span {};
+    bool m_isStale = false;
+    bool m_isAtWork = false;
+    QList<CalendarEvent> m_events;
+};
