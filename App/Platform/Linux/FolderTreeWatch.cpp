@@ -1,7 +1,5 @@
 #include "App/Platform/Linux/FolderTreeWatch.h"
 
-#include "App/Platform/Linux/FolderTree.h"
-
 #include <QFile>
 
 #include <chrono>
@@ -65,26 +63,42 @@ void FolderTreeWatch::look()
     });
 }
 
-// Watched before it is read: nothing is missed between.
+// What appears while the folders are walked must not be missed: they are walked until all that is
+// there was watched before.
 FolderTreeWatch::Found FolderTreeWatch::walk(
     const QList<QByteArray>& roots, int descriptor, const Watches& before)
 {
-    const auto plan = FolderTree::plan(roots);
-    Found found;
-    for (const auto& root : plan.readable)
-        found.readable.append(QFile::decodeName(root));
+    constexpr int mostWalks = 5;
+    auto plan = FolderTree::plan(roots);
+    auto watches = watchAll(plan, descriptor);
+    for (int walks = 1; walks < mostWalks; ++walks) {
+        const auto again = FolderTree::plan(roots);
+        if (again.folders == plan.folders)
+            break;
+        plan = again;
+        watches.insert(watchAll(plan, descriptor));
+    }
+    QStringList readable;
+    for (const auto& root : std::as_const(plan.readable))
+        readable.append(QFile::decodeName(root));
+    for (auto watch = before.cbegin(); watch != before.cend(); ++watch) {
+        if (!watches.contains(watch.key()))
+            inotify_rm_watch(descriptor, watch.key());
+    }
+    return { readable, watches };
+}
+
+FolderTreeWatch::Watches FolderTreeWatch::watchAll(const FolderTree::Plan& plan, int descriptor)
+{
+    Watches watches;
     for (auto folder = plan.folders.cbegin(); folder != plan.folders.cend(); ++folder) {
         const auto events = folder->isEmpty() ? anything : appearance;
         const int watch
             = inotify_add_watch(descriptor, folder.key().constData(), events | IN_ONLYDIR);
         if (watch >= 0)
-            found.watches.insert(watch, *folder);
+            watches.insert(watch, *folder);
     }
-    for (auto watch = before.cbegin(); watch != before.cend(); ++watch) {
-        if (!found.watches.contains(watch.key()))
-            inotify_rm_watch(descriptor, watch.key());
-    }
-    return found;
+    return watches;
 }
 
 void FolderTreeWatch::learn(const Found& found)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "App/Platform/Linux/BackgroundWork.h"
+#include "App/Platform/Linux/FolderTree.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -40,6 +41,7 @@ private:
     };
 
     static Found walk(const QList<QByteArray>& roots, int descriptor, const Watches& before);
+    static Watches watchAll(const FolderTree::Plan& plan, int descriptor);
     void learn(const Found& found);
     void drain();
     bool isOfInterest(int watch, quint32 events, const QByteArray& name) const;
