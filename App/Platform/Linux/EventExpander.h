@@ -27,6 +27,7 @@ public:
     struct Result {
         QList<CalendarEvent> events; // Ordered by start, then identifier.
         QStringList unknownZones; // TZIDs that no component and no zone of the system explains.
+        bool isComplete = true; // False where the work took too long, or found too many.
     };
 
     virtual ~EventExpander() = default;
