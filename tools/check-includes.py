@@ -9,8 +9,9 @@ MAY = {
     "Core": [],
     "Platform": ["Core"],
     "Platform/Linux": ["Core", "Platform"],
+    "Platform/Linux/Calendar": ["Platform", "Platform/Linux"],
     "Ui": ["Core"],
-    "Helpers": ["Core"],
+    "Helpers": ["Core", "Platform/Linux", "Platform/Linux/Calendar"],
 }
 MAY |= {unit: ["Core", "Platform", "Ui"] for unit in UNITS}
 MAY["Notch"] += ["Focus", "Meetings"]

@@ -1,0 +1,92 @@
+#include "App/Platform/Linux/Calendar/CalendarScanner.h"
+
+#include <utility>
+
+// More is not kept of one calendar; it is some 100,000 repeated events.
+static constexpr std::size_t mostKept = 40 * 1024 * 1024; // Bytes
+
+static std::size_t size(const EventRecord& event)
+{
+    std::size_t bytes = sizeof event + event.uid.size() + event.title.size() + event.location.size()
+        + event.notes.size() + event.url.size();
+    for (const auto& rule : event.rules)
+        bytes += sizeof rule + rule.size();
+    return bytes + event.exceptions.size() * sizeof(StatedTime)
+        + event.extraStarts.size() * sizeof(EventRecord::ExtraStart);
+}
+
+static std::string_view trimmed(std::string_view text)
+{
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
+CalendarScanner::CalendarScanner(const CalendarWindow& window, CalendarContent& content)
+    : m_window(window)
+    , m_content(content)
+    , m_reader([this](std::string_view line, bool isCut) { take(line, isCut); })
+{
+}
+
+void CalendarScanner::take(std::string_view text, bool isCut)
+{
+    const auto line = ContentLine::parse(text);
+    if (!line)
+        return;
+    if (line->isNamed("BEGIN"))
+        begin(trimmed(line->value));
+    else if (line->isNamed("END"))
+        end(trimmed(line->value));
+    else if (m_event && m_depth == 0)
+        m_event->take(*line, isCut);
+    else if (m_zone)
+        m_zone->take(*line, isCut);
+}
+
+void CalendarScanner::begin(std::string_view component)
+{
+    const auto is = [&](std::string_view name) { return ContentLine::isSame(component, name); };
+    if (is("VEVENT")) {
+        m_event.emplace(m_window, m_content.places);
+        m_zone.reset();
+        m_depth = 0;
+    } else if (is("VTIMEZONE")) {
+        m_zone.emplace();
+        m_event.reset();
+    } else if (is("VCALENDAR")) {
+        m_event.reset();
+        m_zone.reset();
+    } else if (m_event) {
+        ++m_depth;
+    } else if (m_zone) {
+        m_zone->begin();
+    }
+}
+
+void CalendarScanner::end(std::string_view component)
+{
+    const auto is = [&](std::string_view name) { return ContentLine::isSame(component, name); };
+    if (is("VEVENT") && m_event) {
+        if (auto event = m_event->finish())
+            keep(std::move(*event));
+        m_event.reset();
+    } else if (is("VTIMEZONE") && m_zone) {
+        m_zone->finish(m_content.places);
+        m_zone.reset();
+    } else if (is("VCALENDAR")) {
+        m_event.reset();
+        m_zone.reset();
+    } else if (m_event) {
+        m_depth -= m_depth > 0 ? 1 : 0;
+    } else if (m_zone) {
+        m_zone->end();
+    }
+}
+
+void CalendarScanner::keep(EventRecord event)
+{
+    m_kept += size(event);
+    if (m_kept <= mostKept)
+        m_content.events.push_back(std::move(event));
+    else
+        m_content.isComplete = false;
+}

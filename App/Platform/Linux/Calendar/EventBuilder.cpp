@@ -1,0 +1,196 @@
+#include "App/Platform/Linux/Calendar/EventBuilder.h"
+
+#include "App/Platform/Linux/Calendar/RecurrenceRule.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace {
+
+// No honest event has nearly as many within the window's reach.
+constexpr std::size_t mostDates = 20'000;
+
+void setOnce(std::string& field, std::string value)
+{
+    if (field.empty())
+        field = std::move(value);
+}
+
+std::string inCapitals(std::string_view text)
+{
+    std::string capitals(text);
+    for (auto& letter : capitals) {
+        if (letter >= 'a' && letter <= 'z')
+            letter = static_cast<char>(letter - 'a' + 'A');
+    }
+    return capitals;
+}
+
+template <typename Visit>
+void eachValue(std::string_view list, Visit visit)
+{
+    while (!list.empty()) {
+        const auto size = std::min(list.find(','), list.size());
+        visit(list.substr(0, size));
+        list.remove_prefix(std::min(size + 1, list.size()));
+    }
+}
+
+}
+
+EventBuilder::EventBuilder(const CalendarWindow& window, Places& places)
+    : m_window(window)
+    , m_places(places)
+{
+}
+
+EventBuilder::Property EventBuilder::property(const ContentLine& line)
+{
+    constexpr std::array<std::string_view, 17> names { "UID", "SUMMARY", "LOCATION", "DESCRIPTION",
+        "URL", "CONFERENCE", "X-GOOGLE-CONFERENCE", "X-MICROSOFT-SKYPETEAMSMEETINGURL", "DTSTART",
+        "DTEND", "DURATION", "RRULE", "EXRULE", "RDATE", "EXDATE", "RECURRENCE-ID", "SEQUENCE" };
+    static_assert(names.size() == static_cast<std::size_t>(Property::other));
+    const auto* const found
+        = std::ranges::find_if(names, [&](std::string_view name) { return line.isNamed(name); });
+    return static_cast<Property>(found - names.begin());
+}
+
+bool EventBuilder::isText(Property property)
+{
+    return property == Property::summary || property == Property::location
+        || property == Property::description;
+}
+
+void EventBuilder::take(const ContentLine& line, bool isCut)
+{
+    const auto known = property(line);
+    if (known == Property::other || m_isRefused)
+        return;
+    if (isCut && !isText(known)) {
+        m_isRefused = true;
+        return;
+    }
+    set(known, line);
+}
+
+std::optional<EventRecord> EventBuilder::finish()
+{
+    if (m_isRefused || !m_hasStart || !isNear())
+        return {};
+    setOnce(m_event.url, std::move(m_conference));
+    setOnce(m_event.url, std::move(m_googleConference));
+    setOnce(m_event.url, std::move(m_skypeConference));
+    return std::move(m_event);
+}
+
+void EventBuilder::set(Property property, const ContentLine& line)
+{
+    // Dates far from the window leave nothing behind.
+    if (property != Property::exceptions && property != Property::extraStarts)
+        m_size += line.value.size();
+    m_isRefused = m_isRefused || m_size > largestEvent;
+    switch (property) {
+    case Property::uid:
+        return setOnce(m_event.uid, line.text());
+    case Property::summary:
+        return setOnce(m_event.title, line.text());
+    case Property::location:
+        return setOnce(m_event.location, line.text());
+    case Property::description:
+        return setOnce(m_event.notes, line.text());
+    case Property::url:
+        return setOnce(m_event.url, std::string(line.value));
+    case Property::conference:
+        return setOnce(m_conference, std::string(line.value));
+    case Property::googleConference:
+        return setOnce(m_googleConference, std::string(line.value));
+    case Property::skypeConference:
+        return setOnce(m_skypeConference, std::string(line.value));
+    case Property::start: {
+        const auto start = time(line, line.value);
+        m_hasStart = start.has_value();
+        m_event.start = start.value_or(StatedTime());
+        return;
+    }
+    case Property::end:
+        m_event.end = time(line, line.value);
+        return;
+    case Property::duration:
+        m_event.length = StatedLength::parse(line.value);
+        return;
+    case Property::rule:
+        return addRule(m_event.rules, line);
+    case Property::exceptionRule:
+        return addRule(m_event.exceptionRules, line);
+    case Property::extraStarts:
+        return addExtraStarts(line);
+    case Property::exceptions:
+        return addExceptions(line);
+    case Property::recurrenceId:
+        m_event.replaces = time(line, line.value);
+        m_event.replacesFollowing = line.parameter("RANGE") == "THISANDFUTURE";
+        return;
+    case Property::sequence:
+        m_event.sequence = CivilTime::number(line.value).value_or(0);
+        return;
+    case Property::other:
+        return;
+    }
+}
+
+void EventBuilder::addRule(std::vector<std::string>& rules, const ContentLine& line)
+{
+    rules.push_back(inCapitals(line.value));
+    m_isRefused = m_isRefused || RecurrenceRule::isRefused(rules.back())
+        || m_event.rules.size() + m_event.exceptionRules.size() > mostRules;
+}
+
+void EventBuilder::addExtraStarts(const ContentLine& line)
+{
+    eachValue(line.value, [&](std::string_view value) {
+        const auto slash = std::min(value.find('/'), value.size());
+        const auto start = time(line, value.substr(0, slash));
+        if (!start || !m_window.mayReach(*start))
+            return;
+        EventRecord::ExtraStart extra { *start };
+        if (slash < value.size()) {
+            extra.length = StatedLength::parse(value.substr(slash + 1));
+            extra.end = time(line, value.substr(slash + 1));
+        }
+        m_event.extraStarts.push_back(extra);
+    });
+    m_isRefused = m_isRefused || m_event.extraStarts.size() > mostDates;
+}
+
+void EventBuilder::addExceptions(const ContentLine& line)
+{
+    eachValue(line.value, [&](std::string_view value) {
+        const auto exception = time(line, value);
+        if (exception && m_window.mayReach(*exception))
+            m_event.exceptions.push_back(*exception);
+    });
+    m_isRefused = m_isRefused || m_event.exceptions.size() > mostDates;
+}
+
+std::optional<StatedTime> EventBuilder::time(const ContentLine& line, std::string_view value)
+{
+    auto time = StatedTime::parse(value);
+    if (time && time->kind == StatedTime::Kind::local)
+        time->place = m_places.index(line.parameter("TZID"));
+    return time;
+}
+
+bool EventBuilder::isNear() const
+{
+    const auto reach = [](const EventRecord& event) {
+        const auto day = CivilTime::secondsPerDay;
+        if (event.end)
+            return event.end->seconds;
+        const auto length = event.length.value_or(StatedLength { 1, 0 });
+        return event.start.seconds + length.days * day + length.seconds;
+    };
+    return m_event.repeats() || m_window.isNear(m_event.start.seconds, reach(m_event))
+        || (m_event.replaces
+            && (m_event.replacesFollowing || m_window.mayReach(*m_event.replaces)));
+}

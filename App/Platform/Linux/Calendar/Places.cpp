@@ -1,0 +1,82 @@
+#include "App/Platform/Linux/Calendar/Places.h"
+
+#include <QTimeZone>
+
+namespace {
+
+constexpr std::size_t mostNames = 4096;
+constexpr std::size_t mostDescriptions = 4096;
+constexpr qsizetype mostUnknown = 100;
+constexpr std::size_t longestUnknown = 200;
+
+}
+
+const Zone* SystemZones::named(std::string_view name)
+{
+    if (const auto known = m_named.find(name); known != m_named.end())
+        return known->second.get();
+    auto zone = Zone::named(name);
+    if (!zone)
+        return nullptr;
+    return m_named.emplace(name, std::move(zone)).first->second.get();
+}
+
+std::uint32_t Places::index(std::string_view name)
+{
+    if (name.empty())
+        return StatedTime::anywhere;
+    std::string key(name);
+    if (const auto known = m_indices.find(key); known != m_indices.end())
+        return known->second;
+    if (m_names.size() >= mostNames)
+        return StatedTime::anywhere;
+    const auto index = static_cast<std::uint32_t>(m_names.size());
+    m_names.push_back(key);
+    m_indices.emplace(std::move(key), index);
+    return index;
+}
+
+void Places::describe(std::string_view name, std::vector<CustomZone::Observance> observances)
+{
+    if (m_described.size() < mostDescriptions)
+        m_described.insert_or_assign(std::string(name), std::move(observances));
+}
+
+const Zone& Places::zone(const StatedTime& time, SystemZones& system, std::int64_t lastUtc)
+{
+    if (time.kind == StatedTime::Kind::utc)
+        return system.utc();
+    // A whole day is one wherever the reader is.
+    if (time.kind == StatedTime::Kind::date || time.place == StatedTime::anywhere)
+        return system.local();
+    m_found.resize(m_names.size());
+    auto& found = m_found[time.place];
+    if (!found)
+        found = find(m_names[time.place], system, lastUtc);
+    if (!found) {
+        found = &system.local();
+        const auto& name = m_names[time.place];
+        if (m_unknown.size() < mostUnknown)
+            m_unknown << QString::fromStdString(name.substr(0, longestUnknown));
+    }
+    return *found;
+}
+
+const Zone* Places::find(const std::string& name, SystemZones& system, std::int64_t lastUtc)
+{
+    if (const auto* const zone = system.named(name))
+        return zone;
+    // /vendor/version/Area/City
+    for (auto slash = name.find('/'); name.front() == '/' && slash != std::string::npos;
+         slash = name.find('/', slash + 1)) {
+        if (const auto* const zone = system.named(std::string_view(name).substr(slash + 1)))
+            return zone;
+    }
+    if (const auto described = m_described.find(name); described != m_described.end()) {
+        auto& zone = m_custom[name];
+        zone = std::make_unique<CustomZone>(described->second, lastUtc);
+        return zone.get();
+    }
+    const auto windowsName = QByteArray::fromStdString(name);
+    return system.named(QTimeZone::windowsIdToDefaultIanaId(windowsName).toStdString());
+}
