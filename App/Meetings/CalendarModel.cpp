@@ -77,3 +77,8 @@ bool CalendarModel::isOver(const MeetingEvent& event) const
 {
     return event.isOver(m_clock.now());
 }
+
+QTimeZone CalendarModel::zone() const
+{
+    return m_clock.zone();
+}

@@ -25,6 +25,7 @@ public:
     // until the events change.
     const MeetingEvent* next() const;
     bool isOver(const MeetingEvent& event) const;
+    QTimeZone zone() const; // Whose day today is.
 
     // Asks the user; handle() takes the answer.
     void requestAccess();

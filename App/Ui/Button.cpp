@@ -8,8 +8,9 @@
 #include "App/Ui/TextLine.h"
 #include "App/Ui/Theme.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QPixmap>
 #include <QStyle>
 
 #include <array>
@@ -87,6 +88,14 @@ void Button::setBoxWidth(int width)
     updateGeometry();
 }
 
+void Button::setStrength(qreal strength)
+{
+    if (qFuzzyCompare(m_strength, strength))
+        return;
+    m_strength = strength;
+    update();
+}
+
 void Button::placeBox(const QRect& box)
 {
     ControlBox::place(*this, box);
@@ -95,8 +104,12 @@ void Button::placeBox(const QRect& box)
 void Button::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintSurface(painter);
-    paintContent(painter);
+    if (m_strength < 1) {
+        paintFaint(painter);
+    } else {
+        paintSurface(painter);
+        paintContent(painter);
+    }
     if (m_interaction->showsFocus())
         Surface::focusRing(painter, box(), radius());
 }
@@ -104,6 +117,17 @@ void Button::paintEvent(QPaintEvent*)
 bool Button::hitButton(const QPoint& position) const
 {
     return box().contains(position);
+}
+
+void Button::keyPressEvent(QKeyEvent* event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn) {
+        QAbstractButton::keyPressEvent(event);
+        return;
+    }
+    if (!event->isAutoRepeat())
+        click();
 }
 
 void Button::changeEvent(QEvent* event)
@@ -178,6 +202,23 @@ void Button::paintSurface(QPainter& painter) const
         Surface::shade(painter, box(), radius(), Theme::current().colors.buttonShade);
     Surface::fill(painter, box(), radius(), fillColor());
     Surface::ring(painter, box(), radius(), ringColor());
+}
+
+// As a whole: the words must not show the ground through their fill a second time.
+void Button::paintFaint(QPainter& painter) const
+{
+    const auto scale = devicePixelRatioF();
+    QPixmap whole((QSizeF(size()) * scale).toSize());
+    whole.setDevicePixelRatio(scale);
+    whole.fill(Qt::transparent);
+    QPainter inside(&whole);
+    inside.setLayoutDirection(painter.layoutDirection());
+    paintSurface(inside);
+    paintContent(inside);
+    inside.end();
+    painter.setOpacity(m_strength);
+    painter.drawPixmap(0, 0, whole);
+    painter.setOpacity(1);
 }
 
 void Button::paintContent(QPainter& painter) const

@@ -30,12 +30,14 @@ public:
     void setKind(Kind kind);
     void setSymbol(const QString& name);
     void setBoxWidth(int width); // 0: as wide as the text needs.
+    void setStrength(qreal strength); // The opacity of all but the focus ring; 1 unless told.
 
     void placeBox(const QRect& box); // In the parent's coordinates.
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     bool hitButton(const QPoint& position) const override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -45,6 +47,7 @@ private:
     QColor ringColor() const;
     QColor wordsColor() const;
     bool hasShade() const;
+    void paintFaint(QPainter& painter) const;
     void paintSurface(QPainter& painter) const;
     void paintContent(QPainter& painter) const;
     qreal radius() const;
@@ -53,4 +56,5 @@ private:
     Kind m_kind;
     QString m_symbol;
     int m_boxWidth = 0;
+    qreal m_strength = 1;
 };

@@ -1,0 +1,47 @@
+#include "App/Meetings/AccessPrompt.h"
+
+#include "App/Ui/Button.h"
+#include "App/Ui/Label.h"
+#include "App/Ui/TextLine.h"
+
+#include <QEvent>
+
+namespace {
+
+constexpr int spacing = 8;
+// A text of several lines is narrower than the view, so that its lines are about equal.
+constexpr int widestLine = 296;
+
+}
+
+AccessPrompt::AccessPrompt(const QString& text, const QString& title, QWidget* parent)
+    : QWidget(parent)
+    , m_text(new Label(TextRole::callout, &Colors::secondary, this))
+    , m_button(new Button(Button::Kind::normal, title, this))
+{
+    m_text->setText(text);
+    m_text->setWordWrap(true);
+    m_text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+}
+
+void AccessPrompt::resizeEvent(QResizeEvent*)
+{
+    arrange();
+}
+
+void AccessPrompt::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ApplicationFontChange)
+        arrange();
+    QWidget::changeEvent(event);
+}
+
+void AccessPrompt::arrange()
+{
+    const bool isOneLine = TextLine::width(m_text->text(), m_text->font()) <= width();
+    const int textWidth = isOneLine ? width() : widestLine;
+    const int textHeight = m_text->heightForWidth(textWidth);
+    m_text->setGeometry((width() - textWidth) / 2, 0, textWidth, textHeight);
+    const auto button = m_button->boxSize();
+    m_button->placeBox({ { (width() - button.width()) / 2, textHeight + spacing }, button });
+}

@@ -1,0 +1,26 @@
+// Says what is needed to see the calendar, above the button that brings it.
+#pragma once
+
+#include <QWidget>
+
+class Button;
+class Label;
+
+class AccessPrompt final : public QWidget {
+    Q_OBJECT
+
+public:
+    // Stands at the top of its geometry, in the middle.
+    AccessPrompt(const QString& text, const QString& title, QWidget* parent);
+
+    Label& text() const { return *m_text; }
+    Button& button() const { return *m_button; }
+
+private:
+    void arrange();
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+    Label* m_text;
+    Button* m_button;
+};

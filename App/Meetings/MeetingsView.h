@@ -1,0 +1,56 @@
+// The Meetings tab: the microphone, the next meeting and today's events with their links.
+#pragma once
+
+#include <QWidget>
+
+#include <optional>
+
+class AccessPrompt;
+class AddressOpener;
+class AudioInput;
+class Button;
+class CalendarModel;
+class EventList;
+class Label;
+class NextMeetingCard;
+class ScrollArea;
+class UserDefaults;
+
+class MeetingsView final : public QWidget {
+    Q_OBJECT
+
+public:
+    MeetingsView(
+        CalendarModel& model, AudioInput& input, UserDefaults& defaults, AddressOpener& opener);
+
+private:
+    void build();
+    void nameParts();
+    void connectControls();
+    void refresh();
+    void refreshMute();
+    void readMute();
+    void toggleMute();
+    void arrange();
+    void arrangeMute();
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+    CalendarModel& m_model;
+    AudioInput& m_input;
+    UserDefaults& m_defaults;
+    AddressOpener& m_opener;
+    std::optional<bool> m_muted; // Absent: it cannot be muted.
+
+    Button* m_mute;
+    Label* m_note;
+    NextMeetingCard* m_card;
+    Label* m_heading;
+    AccessPrompt* m_denied;
+    AccessPrompt* m_notAsked;
+    Label* m_noEvents;
+    EventList* m_list;
+    ScrollArea* m_scroll;
+};

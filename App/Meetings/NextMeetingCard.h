@@ -1,0 +1,34 @@
+// The meeting that is next, on a tinted ground, with a button that joins it.
+#pragma once
+
+#include "App/Meetings/MeetingsContent.h"
+
+#include <QWidget>
+
+class Button;
+class Label;
+
+class NextMeetingCard final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit NextMeetingCard(QWidget* parent);
+
+    QSize sizeHint() const override;
+
+    void setCard(const MeetingCard& card);
+
+Q_SIGNALS:
+    void joined(const QString& link);
+
+private:
+    void arrange();
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+    MeetingCard m_card;
+    Label* m_title;
+    Label* m_time;
+    Button* m_join;
+};
