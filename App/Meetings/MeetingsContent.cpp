@@ -3,7 +3,22 @@
 #include "App/Meetings/CalendarModel.h"
 #include "App/Meetings/MeetingTimes.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
+
+// A title may hold line breaks, and stands on one line.
+static QString oneLine(QString title)
+{
+    static const QRegularExpression breaks(uR"([\p{Cc}\p{Zl}\p{Zp}]+)"_s);
+    return title.replace(breaks, u" "_s);
+}
+
+// So that the signs in a title written from right to left stay with it.
+static QString isolated(const QString& title)
+{
+    return title.isRightToLeft() ? u'\u2068' + title + u'\u2069' : title;
+}
 
 MeetingsBody meetingsBody(const CalendarModel& model)
 {
@@ -22,7 +37,7 @@ QList<MeetingLine> meetingLines(const CalendarModel& model, const MeetingTimes& 
     for (const auto& event : model.events()) {
         lines.append({
             .id = event.id,
-            .title = event.title,
+            .title = oneLine(event.title),
             .time = times.label(event),
             .link = event.link,
             .service = event.service.value_or(u"Join"_s),
@@ -39,7 +54,7 @@ std::optional<MeetingCard> nextMeeting(const CalendarModel& model, const Meeting
     if (!next)
         return {};
     return MeetingCard {
-        .title = u"Next: "_s + next->title,
+        .title = u"Next: "_s + isolated(oneLine(next->title)),
         .time = times.span(*next),
         .link = next->link,
         .join = u"Join "_s + next->service.value_or(QString()),

@@ -29,12 +29,18 @@ void TextLine::paint(QPainter& painter, const QRectF& box, Qt::Alignment alignme
     const QFontMetricsF metrics(font);
     // A width rounded by the layout must not cost the last letter.
     constexpr qreal slack = 0.5;
-    const QString shown = metrics.elidedText(text, Qt::ElideRight, box.width() + slack);
+    // More than any box holds; a text from outside may be of any length.
+    constexpr qsizetype longest = 2000;
+    const QString shown
+        = metrics.elidedText(text.left(longest), Qt::ElideRight, box.width() + slack);
     const Qt::Alignment side = QStyle::visualAlignment(painter.layoutDirection(), alignment);
     painter.setFont(font);
     painter.setPen(color);
+    const auto around = painter.layoutDirection();
+    painter.setLayoutDirection(shown.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.drawText(
         QPointF(startOf(box, side, metrics.horizontalAdvance(shown)), baseline(font, box)), shown);
+    painter.setLayoutDirection(around);
 }
 
 int TextLine::width(const QString& text, const QFont& font)

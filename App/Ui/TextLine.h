@@ -14,7 +14,8 @@ namespace TextLine {
 // The y at which the painter draws the line.
 qreal baseline(const QFont& font, const QRectF& box);
 
-// What does not fit ends in an ellipsis. Leading and trailing follow the painter's direction.
+// What does not fit ends in an ellipsis. Leading and trailing follow the painter's direction, the
+// words their own.
 void paint(QPainter& painter, const QRectF& box, Qt::Alignment alignment, const QString& text,
     const QFont& font, const QColor& color);
 
