@@ -2,7 +2,12 @@
 
 #include "App/Focus/FocusView.h"
 #include "App/Focus/PomodoroModel.h"
+#include "App/Meetings/CalendarModel.h"
+#include "App/Meetings/MeetingsView.h"
+#include "App/Platform/AddressOpener.h"
+#include "App/Platform/AudioInput.h"
 #include "App/Platform/ProcessInfo.h"
+#include "App/Platform/UserDefaults.h"
 #include "App/System/SystemMonitor.h"
 #include "App/System/SystemView.h"
 
@@ -10,6 +15,10 @@ std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
 {
     if (tab == Tab::focus)
         return std::make_unique<FocusView>(PomodoroModel::shared());
+    if (tab == Tab::meetings) {
+        return std::make_unique<MeetingsView>(CalendarModel::shared(), AudioInput::shared(),
+            UserDefaults::shared(), AddressOpener::shared());
+    }
     if (tab == Tab::system)
         return std::make_unique<SystemView>(SystemMonitor::shared(), ProcessInfo::shared());
     return std::make_unique<QWidget>();

@@ -2,12 +2,20 @@
 
 #include "App/AppDelegate.h"
 #include "App/Focus/PomodoroModel.h"
+#include "App/Meetings/CalendarModel.h"
+#include "App/Platform/Linux/BoundedAudioInput.h"
 #include "App/Platform/Linux/DBusNotifier.h"
+#include "App/Platform/Linux/DesktopEventStore.h"
+#include "App/Platform/Linux/EdsCalendars.h"
 #include "App/Platform/Linux/EndSignals.h"
+#include "App/Platform/Linux/HelperAddressOpener.h"
+#include "App/Platform/Linux/HelperEventExpander.h"
 #include "App/Platform/Linux/HelperSoundPlayer.h"
+#include "App/Platform/Linux/IcsFolders.h"
 #include "App/Platform/Linux/JsonUserDefaults.h"
 #include "App/Platform/Linux/LinuxCounters.h"
 #include "App/Platform/Linux/LinuxProcessInfo.h"
+#include "App/Platform/Linux/LoadedAudioInput.h"
 #include "App/Platform/Linux/PortalAppearance.h"
 #include "App/Platform/Linux/QtTicker.h"
 #include "App/Platform/Linux/ScriptNotifier.h"
@@ -36,13 +44,6 @@ using namespace Qt::StringLiterals;
 // defaults: they have a last word for the disk.
 namespace {
 
-JsonUserDefaults& userDefaults()
-{
-    const auto folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    static JsonUserDefaults defaults(folder + u"/corvella/defaults.json"_s);
-    return defaults;
-}
-
 QString helper(const QString& name)
 {
     return QCoreApplication::applicationDirPath() + u"/../libexec/corvella/"_s + name;
@@ -52,6 +53,12 @@ SystemBus& systemBus()
 {
     static auto& bus = *new SystemBus;
     return bus;
+}
+
+Clock& wallClock()
+{
+    static auto& clock = *new SystemClock(systemBus());
+    return clock;
 }
 
 SingleInstance& singleInstance()
@@ -69,14 +76,50 @@ std::unique_ptr<QWidget> makePopover()
 
 }
 
+UserDefaults& UserDefaults::shared()
+{
+    const auto folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    static JsonUserDefaults defaults(folder + u"/corvella/defaults.json"_s);
+    return defaults;
+}
+
+AddressOpener& AddressOpener::shared()
+{
+    static auto& opener = *new HelperAddressOpener(helper(u"open"_s));
+    return opener;
+}
+
+AudioInput& AudioInput::shared()
+{
+    const auto module = [](const QString& name, std::shared_ptr<AudioInput> otherwise) {
+        return std::make_shared<LoadedAudioInput>(helper(name), std::move(otherwise));
+    };
+    static auto& input
+        = *new BoundedAudioInput(module(u"pulse-input"_s, module(u"alsa-input"_s, nullptr)));
+    return input;
+}
+
+CalendarModel& CalendarModel::shared()
+{
+    static auto& expander = *new HelperEventExpander(helper(u"expand-events"_s));
+    static auto& desktop = *new EdsCalendars(expander);
+    static auto& folders = *new IcsFolders(expander);
+    static auto& store
+        = *new DesktopEventStore({ &desktop, &folders }, UserDefaults::shared(), wallClock());
+    static auto& timer = *new QtTicker;
+    static auto& midnight = *new QtTicker;
+    static auto& model = *new CalendarModel(store, wallClock(), timer, midnight);
+    return model;
+}
+
 PomodoroModel& PomodoroModel::shared()
 {
-    static auto& clock = *new SystemClock(systemBus());
     static auto& ticker = *new QtTicker;
     static auto& sounds = *new HelperSoundPlayer(helper(u"play-sound"_s));
     static auto& script = *new ScriptNotifier;
     static auto& notifier = *new DBusNotifier(script);
-    static auto& model = *new PomodoroModel(userDefaults(), clock, ticker, sounds, notifier);
+    static auto& model
+        = *new PomodoroModel(UserDefaults::shared(), wallClock(), ticker, sounds, notifier);
     return model;
 }
 
@@ -123,7 +166,8 @@ AppDelegate& Wiring::appDelegate()
     static auto& statusItem
         = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
     static auto& popover = *new X11PopoverWindow(makePopover);
-    static auto& delegate = *new AppDelegate(statusItem, popover, PomodoroModel::shared());
+    static auto& delegate
+        = *new AppDelegate(statusItem, popover, PomodoroModel::shared(), CalendarModel::shared());
     QObject::connect(
         &singleInstance(), &SingleInstance::activated, &delegate, &AppDelegate::showPopover);
     return delegate;

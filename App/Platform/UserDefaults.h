@@ -12,6 +12,8 @@ class UserDefaults : public QObject {
     Q_OBJECT
 
 public:
+    static UserDefaults& shared(); // Defined in App/Wiring.cpp.
+
     using Value = std::variant<qint64, double, bool, QString, QByteArray>;
 
     // Absent when nothing is stored under key.
