@@ -1,5 +1,6 @@
 #include "App/Platform/Linux/DeadlineThread.h"
 
+#include <QDir>
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
@@ -7,6 +8,7 @@
 #include <atomic>
 #include <csignal>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
@@ -38,12 +40,19 @@ DeadlineThread::Deadline farOff()
 
 void nothing() { }
 
+QStringList threads()
+{
+    return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+}
+
 }
 
 class DeadlineThreadTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { m_threads = threads(); }
+
     void waitsForWorkThatIsDoneElsewhere()
     {
         DeadlineThread thread;
@@ -118,8 +127,7 @@ private Q_SLOTS:
         }
         QVERIFY(!gate->isPassed);
         gate->opened.release();
-        // The thread lets go of its share when it has done all that it will do.
-        QTRY_COMPARE(gate.use_count(), 1);
+        QTRY_COMPARE(threads(), m_threads);
         QVERIFY(gate->isPassed);
     }
 
@@ -154,6 +162,9 @@ private Q_SLOTS:
         QVERIFY(thread.run(look, farOff()));
         QVERIFY(isBlocked);
     }
+
+private:
+    QStringList m_threads; // Those that were there before.
 };
 
 QTEST_GUILESS_MAIN(DeadlineThreadTest)
