@@ -179,7 +179,8 @@ private Q_SLOTS:
 
     void aMachineWithoutACardHasNoInput()
     {
-        Setup s({});
+        Setup s("\"Capture Switch\" switch rw 0 1 1\n");
+        QTRY_COMPARE(s.isMuted(), false);
         Setup::write(s.configurationPath(), "ctl_type.played { lib \"/nonexistent\" }\n");
         QCOMPARE(s.isMuted(), std::nullopt);
         QVERIFY(!s.setMuted(true));

