@@ -3,11 +3,12 @@
 
 import argparse
 import os
-import re
 import sys
 import time
 
-from programs import BUILD, CORVELLA, REST, Figures, Program, cell, output, place_of_item, press
+from programs import (
+    BUILD, CORVELLA, REST, Figures, Program, cell, memory, output, place_of_item, press,
+)
 
 FLOOR = os.path.join(BUILD, "bench", "floor")
 TIMER = "/usr/bin/kteatime"
@@ -15,18 +16,6 @@ CLICK_WATCH = os.path.join(BUILD, "bench", "click-watch")
 
 BAND = 250  # A height of the screen that the popover crosses.
 TICKS_A_MINUTE = 120
-MEMORY = {
-    "private": ("Private_Clean", "Private_Dirty"),
-    "private dirty": ("Private_Dirty",),
-    "PSS": ("Pss",),
-}
-
-
-def memory(program):
-    """Megabytes by name."""
-    with open(f"/proc/{program.pid}/smaps_rollup", encoding="ascii") as file:
-        sizes = dict(re.findall(r"^(\w+): +(\d+) kB", file.read(), re.MULTILINE))
-    return {name: sum(int(sizes[each]) for each in of) / 1024 for name, of in MEMORY.items()}
 
 
 def click_item():

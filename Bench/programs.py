@@ -12,6 +12,11 @@ CORVELLA = os.path.join(BUILD, "bin", "corvella")
 LAUNCH_WATCH = os.path.join(BUILD, "bench", "launch-watch")
 
 REST = 1.0  # Seconds for a program to come to rest.
+MEMORY = {
+    "private": ("Private_Clean", "Private_Dirty"),
+    "private dirty": ("Private_Dirty",),
+    "PSS": ("Pss",),
+}
 
 
 def output(*command):
@@ -76,6 +81,13 @@ class Program(Threads):
     def stop(self):
         self.watch.stdin.close()
         self.watch.wait(10)
+
+
+def memory(program):
+    """Megabytes by name."""
+    with open(f"/proc/{program.pid}/smaps_rollup", encoding="ascii") as file:
+        sizes = dict(re.findall(r"^(\w+): +(\d+) kB", file.read(), re.MULTILINE))
+    return {name: sum(int(sizes[each]) for each in of) / 1024 for name, of in MEMORY.items()}
 
 
 def place_of_item():
