@@ -3,18 +3,19 @@
 #include "App/Platform/Linux/Calendar/CalendarExpander.h"
 #include "App/Platform/Linux/ExpanderPipe.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <linux/close_range.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+using namespace std::chrono_literals;
+
 namespace {
 
 // Ends by itself before it is ended, and answers with what it has by then.
-constexpr CpuBudget::Seconds reading { 1.2 };
-constexpr CpuBudget::Seconds expanding { 1.6 };
+constexpr TimeBudget reading { 0.9s, 2s };
+constexpr TimeBudget expanding { 1.3s, 3s };
 constexpr rlim_t mostSeconds = 2; // Of processor time.
 constexpr rlim_t mostMemory = rlim_t { 128 } * 1024 * 1024; // Bytes
 
@@ -84,7 +85,7 @@ int main()
     if (!request)
         return 1;
     constexpr qsizetype piece = 64 * 1024;
-    CalendarExpander expander(*request, { CpuBudget(reading), CpuBudget(expanding) });
+    CalendarExpander expander(*request, { reading, expanding });
     for (auto text = readInput(piece); !text.isEmpty(); text = readInput(piece))
         expander.addText({ text.constData(), static_cast<std::size_t>(text.size()) });
     return writeOutput(ExpanderPipe::answer(expander.finish())) ? 0 : 1;

@@ -4,7 +4,7 @@
 #include <QIODevice>
 #include <QtEndian>
 
-#include <utility>
+#include <array>
 
 namespace {
 
@@ -31,6 +31,21 @@ QDataStream& operator>>(QDataStream& stream, Moment& moment)
     stream >> seconds;
     moment = Moment(std::chrono::duration<double>(seconds));
     return stream;
+}
+
+// At least as many bytes as the answer has: grown step by step it would be there twice.
+qsizetype size(const EventExpander::Result& result)
+{
+    constexpr qsizetype frame = 64;
+    qsizetype bytes = frame;
+    for (const auto& zone : result.unknownZones)
+        bytes += frame + zone.size() * qsizetype { sizeof(QChar) };
+    for (const auto& event : result.events) {
+        bytes += frame;
+        for (const auto* text : texts(event))
+            bytes += *text ? (*text)->size() * qsizetype { sizeof(QChar) } : 0;
+    }
+    return bytes;
 }
 
 void write(QDataStream& stream, const CalendarEvent& event)
@@ -90,6 +105,7 @@ std::optional<EventExpander::Request> ExpanderPipe::request(const QByteArray& he
 QByteArray ExpanderPipe::answer(const EventExpander::Result& result)
 {
     QByteArray bytes;
+    bytes.reserve(size(result));
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(version);
     stream << answerMark << result.isComplete << result.unknownZones

@@ -6,12 +6,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace {
 
-// Notes are left out of what goes beyond it.
-constexpr qsizetype fullestText = ExpanderPipe::largestAnswer / 2;
+// Of the answer, in bytes. Its events go without notes beyond the first, and are left out beyond
+// the second.
+constexpr qsizetype fullestNotes = qsizetype { 8 } * 1024 * 1024;
+constexpr qsizetype fullestText = qsizetype { 12 } * 1024 * 1024;
 
 std::int64_t bounded(double seconds)
 {
@@ -45,21 +48,28 @@ std::string inOneLine(std::string text)
     return text;
 }
 
-qsizetype size(const CalendarEvent& event)
+qsizetype sizeBesideNotes(const EventRecord& record)
 {
-    qsizetype letters = 0;
-    for (const auto& text :
-        { event.identifier, event.title, event.location, event.notes, event.url })
-        letters += text ? text->size() : 0;
-    return letters * qsizetype { sizeof(QChar) };
+    const auto letters
+        = record.uid.size() + record.title.size() + record.location.size() + record.url.size();
+    return static_cast<qsizetype>(sizeof(CalendarEvent) + letters * sizeof(QChar));
 }
 
-bool isDear(const std::vector<const EventRecord*>& records)
+bool isDear(const EventRecord& record, const CalendarContent& content)
 {
-    return std::ranges::any_of(records, [](const EventRecord* record) {
-        return std::ranges::any_of(record->rules,
+    return content.places.isDescribed(record.start)
+        || std::ranges::any_of(record.rules,
             [](const std::string& rule) { return rule.find("COUNT=") != std::string::npos; });
-    });
+}
+
+// What comes first is not kept from its place by what may take long, or fill the answer.
+int rank(std::span<const EventRecord* const> group, const CalendarContent& content)
+{
+    const bool hasDear = std::ranges::any_of(
+        group, [&](const EventRecord* record) { return isDear(*record, content); });
+    if (hasDear)
+        return 2;
+    return group.size() > 1 || group.front()->repeats() ? 1 : 0;
 }
 
 }
@@ -84,6 +94,7 @@ EventExpander::Result CalendarExpander::finish()
 {
     m_textScanner.finish();
     expand(m_textContent);
+    m_textContent = {};
     readFiles(m_request.paths);
     std::ranges::stable_sort(
         m_result.events, [](const CalendarEvent& one, const CalendarEvent& other) {
@@ -115,12 +126,12 @@ void CalendarExpander::expand(CalendarContent& content)
     m_result.isComplete = m_result.isComplete && content.isComplete;
     EventSeries series(m_window, { content.places, m_zones, m_window.end + CalendarWindow::margin },
         [this](const Occurrence& occurrence) { add(occurrence); });
-    for (const auto& group : groups(content)) {
-        if (m_budgets.expanding.isSpent()) {
+    const auto events = sorted(content);
+    for (const auto& group : groups(events, content)) {
+        if (!series.expand(group, m_budgets.expanding)) {
             m_result.isComplete = false;
             break;
         }
-        series.expand(group);
     }
     for (const auto& zone : content.places.unknown()) {
         if (!m_result.unknownZones.contains(zone)
@@ -129,32 +140,48 @@ void CalendarExpander::expand(CalendarContent& content)
     }
 }
 
-// One for each UID. Those that may take long come last, so that it is others who are waited for.
-std::vector<CalendarExpander::Group> CalendarExpander::groups(const CalendarContent& content)
+std::vector<const EventRecord*> CalendarExpander::sorted(const CalendarContent& content)
 {
-    Group all;
-    all.reserve(content.events.size());
+    std::vector<const EventRecord*> events;
+    events.reserve(content.events.size());
     for (const auto& event : content.events)
-        all.push_back(&event);
+        events.push_back(&event);
     std::ranges::stable_sort(
-        all, {}, [](const EventRecord* event) { return std::string_view(event->uid); });
-    std::vector<Group> groups;
-    for (const auto* event : all) {
-        if (groups.empty() || event->uid.empty() || groups.back().front()->uid != event->uid)
-            groups.emplace_back();
-        groups.back().push_back(event);
+        events, {}, [](const EventRecord* event) { return std::string_view(event->uid); });
+    return events;
+}
+
+// Of one UID each.
+std::vector<CalendarExpander::Group> CalendarExpander::groups(
+    const std::vector<const EventRecord*>& events, const CalendarContent& content)
+{
+    std::vector<std::pair<int, Group>> ranked;
+    for (auto first = events.begin(); first != events.end();) {
+        const auto last = std::find_if(first + 1, events.end(), [&](const EventRecord* event) {
+            return event->uid.empty() || event->uid != (*first)->uid;
+        });
+        const Group group(first, last);
+        ranked.emplace_back(rank(group, content), group);
+        first = last;
     }
-    std::ranges::stable_partition(groups, [](const Group& group) { return !isDear(group); });
+    std::ranges::stable_sort(ranked, {}, &std::pair<int, Group>::first);
+    std::vector<Group> groups;
+    for (const auto& [rank, group] : ranked)
+        groups.push_back(group);
     return groups;
 }
 
 void CalendarExpander::add(const Occurrence& occurrence)
 {
-    if (m_result.events.size() >= ExpanderPipe::mostEvents) {
+    const auto& record = occurrence.event;
+    const auto notes = static_cast<qsizetype>(record.notes.size() * sizeof(QChar));
+    const auto besideNotes = sizeBesideNotes(record);
+    if (m_result.events.size() >= ExpanderPipe::mostEvents || m_size + besideNotes > fullestText) {
         m_result.isComplete = false;
         return;
     }
-    const auto& record = occurrence.event;
+    const bool hasRoom = m_size + besideNotes + notes <= fullestNotes;
+    m_size += besideNotes + (hasRoom ? notes : 0);
     CalendarEvent event;
     if (!record.uid.empty()) {
         event.identifier = m_request.source + u'\n' + QString::fromStdString(inOneLine(record.uid))
@@ -162,13 +189,11 @@ void CalendarExpander::add(const Occurrence& occurrence)
     }
     event.title = given(record.title);
     event.location = given(record.location);
-    event.notes = given(record.notes);
+    if (hasRoom)
+        event.notes = given(record.notes);
     event.url = given(record.url);
     event.start = moment(occurrence.start);
     event.end = moment(occurrence.end);
     event.isAllDay = occurrence.isWholeDay;
-    if (m_size + size(event) > fullestText)
-        event.notes.reset();
-    m_size += size(event);
     m_result.events.push_back(std::move(event));
 }

@@ -2,16 +2,16 @@
 #pragma once
 
 #include "App/Platform/Linux/Calendar/CalendarScanner.h"
-#include "App/Platform/Linux/Calendar/CpuBudget.h"
 #include "App/Platform/Linux/Calendar/EventSeries.h"
+#include "App/Platform/Linux/Calendar/TimeBudget.h"
 #include "App/Platform/Linux/EventExpander.h"
 
 class CalendarExpander final {
 public:
     // What is found by the end of the first budget is expanded until that of the second.
     struct Budgets {
-        CpuBudget reading;
-        CpuBudget expanding;
+        TimeBudget reading;
+        TimeBudget expanding;
     };
 
     CalendarExpander(const EventExpander::Request& request, const Budgets& budgets);
@@ -22,11 +22,13 @@ public:
     EventExpander::Result finish();
 
 private:
-    using Group = std::vector<const EventRecord*>;
+    using Group = std::span<const EventRecord* const>;
 
     void readFiles(const QStringList& paths);
     void expand(CalendarContent& content);
-    static std::vector<Group> groups(const CalendarContent& content);
+    static std::vector<const EventRecord*> sorted(const CalendarContent& content);
+    static std::vector<Group> groups(
+        const std::vector<const EventRecord*>& events, const CalendarContent& content);
     void add(const Occurrence& occurrence);
 
     const EventExpander::Request& m_request;

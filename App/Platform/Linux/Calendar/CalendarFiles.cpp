@@ -26,7 +26,7 @@ struct CloseFolder {
 
 class Search final {
 public:
-    explicit Search(const CpuBudget& budget)
+    explicit Search(const TimeBudget& budget)
         : m_budget(budget)
     {
     }
@@ -85,14 +85,14 @@ private:
             && (mayBeFolder || (entry.d_type == DT_REG && isCalendar(name)));
     }
 
-    const CpuBudget& m_budget;
+    const TimeBudget& m_budget;
     std::set<std::pair<dev_t, ino_t>> m_folders;
     std::vector<std::pair<off_t, std::string>> m_files;
 };
 
 }
 
-std::vector<QByteArray> CalendarFiles::find(const QStringList& paths, const CpuBudget& budget)
+std::vector<QByteArray> CalendarFiles::find(const QStringList& paths, const TimeBudget& budget)
 {
     Search search(budget);
     for (const auto& path : paths)

@@ -1,7 +1,7 @@
 // Files of calendars, found in folders and read piece by piece.
 #pragma once
 
-#include "App/Platform/Linux/Calendar/CpuBudget.h"
+#include "App/Platform/Linux/Calendar/TimeBudget.h"
 
 #include <QStringList>
 
@@ -16,7 +16,7 @@ using TakePiece = std::function<bool(std::string_view bytes)>;
 
 // The files themselves, and *.ics in folders and their folders, but nothing hidden there. Small
 // files first: what a huge one takes up is then not taken from them.
-std::vector<QByteArray> find(const QStringList& paths, const CpuBudget& budget);
+std::vector<QByteArray> find(const QStringList& paths, const TimeBudget& budget);
 
 // False for what is no regular file or cannot be read. Never waits for a writer.
 bool read(const QByteArray& file, const TakePiece& take);

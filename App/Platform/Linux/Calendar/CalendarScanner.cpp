@@ -2,22 +2,35 @@
 
 #include <utility>
 
-// More is not kept of one calendar; it is some 100,000 repeated events.
-static constexpr std::size_t mostKept = 40 * 1024 * 1024; // Bytes
+namespace {
 
-static std::size_t size(const EventRecord& event)
+// Apart, so that too many of the ones leave room for the others.
+constexpr std::size_t mostSingle = 12 * 1024 * 1024; // Bytes
+constexpr std::size_t mostRepeated = 36 * 1024 * 1024; // Bytes; some 100,000 events.
+// Texts beyond it go without their notes.
+constexpr std::size_t fullestText = 8 * 1024 * 1024; // Bytes
+
+std::size_t textSize(const EventRecord& event)
 {
-    std::size_t bytes = sizeof event + event.uid.size() + event.title.size() + event.location.size()
-        + event.notes.size() + event.url.size();
-    for (const auto& rule : event.rules)
-        bytes += sizeof rule + rule.size();
-    return bytes + event.exceptions.size() * sizeof(StatedTime)
-        + event.extraStarts.size() * sizeof(EventRecord::ExtraStart);
+    return event.uid.size() + event.title.size() + event.location.size() + event.notes.size()
+        + event.url.size();
 }
 
-static std::string_view trimmed(std::string_view text)
+std::size_t size(const EventRecord& event)
+{
+    std::size_t bytes = sizeof event + textSize(event)
+        + event.exceptions.size() * sizeof(StatedTime)
+        + event.extraStarts.size() * sizeof(EventRecord::ExtraStart);
+    for (const auto& rule : event.rules)
+        bytes += sizeof rule + rule.size();
+    return bytes;
+}
+
+std::string_view trimmed(std::string_view text)
 {
     return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
 }
 
 CalendarScanner::CalendarScanner(const CalendarWindow& window, CalendarContent& content)
@@ -84,8 +97,13 @@ void CalendarScanner::end(std::string_view component)
 
 void CalendarScanner::keep(EventRecord event)
 {
-    m_kept += size(event);
-    if (m_kept <= mostKept)
+    if (m_text + textSize(event) > fullestText)
+        std::string().swap(event.notes); // An assignment would keep the memory.
+    m_text += textSize(event);
+    const bool isSingle = !event.repeats() && !event.replaces;
+    auto& kept = isSingle ? m_single : m_repeated;
+    kept += size(event);
+    if (kept <= (isSingle ? mostSingle : mostRepeated))
         m_content.events.push_back(std::move(event));
     else
         m_content.isComplete = false;

@@ -34,5 +34,7 @@ private:
     std::optional<EventBuilder> m_event;
     std::optional<ZoneBuilder> m_zone;
     std::size_t m_depth = 0; // Of components in the event.
-    std::size_t m_kept = 0; // Bytes.
+    std::size_t m_text = 0; // Bytes that are kept, as these.
+    std::size_t m_single = 0;
+    std::size_t m_repeated = 0;
 };

@@ -28,13 +28,16 @@ int CustomZone::lookUp(std::int64_t utc) const
 void CustomZone::add(const Observance& observance, std::int64_t lastUtc)
 {
     const auto addStart = [&](std::int64_t local) {
-        m_changes.push_back({ local - observance.offsetBefore, observance.offset });
+        if (m_changes.size() < mostChanges)
+            m_changes.push_back({ local - observance.offsetBefore, observance.offset });
     };
     addStart(observance.start.seconds);
     for (const auto& date : observance.dates) {
         const bool isUtc = date.kind == StatedTime::Kind::utc;
         addStart(date.seconds + (isUtc ? observance.offsetBefore : 0));
     }
+    if (m_changes.size() >= mostChanges)
+        return;
     const auto rule = RecurrenceRule::parse(observance.rule, observance.start.seconds);
     if (!rule)
         return;

@@ -18,8 +18,13 @@ public:
         std::vector<StatedTime> dates;
     };
 
+    // No zone has had as many.
+    static constexpr std::size_t mostChanges = 4'000;
+
     // Changes are known up to that time.
     CustomZone(const std::vector<Observance>& observances, std::int64_t lastUtc);
+
+    std::size_t changes() const { return m_changes.size(); }
 
 protected:
     int lookUp(std::int64_t utc) const override;

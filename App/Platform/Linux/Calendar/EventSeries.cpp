@@ -10,6 +10,8 @@
 
 namespace {
 
+// Of changes from an occurrence on; a calendar has few for one event.
+constexpr std::size_t mostFollowing = 100;
 constexpr std::int64_t longestShift = 62 * CivilTime::secondsPerDay;
 
 bool isWholeDay(const EventRecord& event)
@@ -51,10 +53,12 @@ EventSeries::EventSeries(const CalendarWindow& window, CalendarClock clock, Take
 {
 }
 
-void EventSeries::expand(const std::vector<const EventRecord*>& records)
+bool EventSeries::expand(std::span<const EventRecord* const> records, const TimeBudget& budget)
 {
     sortOut(records);
     for (const auto* event : m_events) {
+        if (budget.isSpent())
+            return false;
         if (event->repeats())
             expandRepeated(*event);
         else
@@ -64,38 +68,61 @@ void EventSeries::expand(const std::vector<const EventRecord*>& records)
         if (!replacement->replacesFollowing || m_events.empty())
             expandOnce(*replacement);
     }
+    return true;
+}
+
+void EventSeries::sortOut(std::span<const EventRecord* const> records)
+{
+    m_events.clear();
+    for (const auto* record : records) {
+        if (!record->replaces)
+            m_events.push_back(record);
+    }
+    if (m_events.size() > 1)
+        keepNewest();
+    m_replacements.clear();
+    m_replacedDays = {};
+    m_replacedTimes = {};
+    if (m_events.size() < records.size())
+        sortOutReplacements(records);
 }
 
 // Of several records for the same thing the newest counts, and the last of equally new ones.
-void EventSeries::sortOut(const std::vector<const EventRecord*>& records)
+void EventSeries::keepNewest()
 {
-    m_events.clear();
-    std::map<std::pair<std::int64_t, bool>, const EventRecord*> replacements;
-    int newest = 0;
-    for (const auto* record : records) {
-        if (record->replaces) {
-            auto& known
-                = replacements[{ m_clock.toUtc(*record->replaces), record->replacesFollowing }];
-            if (!known || record->sequence >= known->sequence)
-                known = record;
-            continue;
-        }
-        newest = std::max(newest, record->sequence);
-        m_events.push_back(record);
-    }
+    const auto newest = std::ranges::max(m_events, {}, &EventRecord::sequence)->sequence;
     std::erase_if(m_events, [&](const EventRecord* event) { return event->sequence < newest; });
+    std::ranges::reverse(m_events);
     std::ranges::stable_sort(
         m_events, {}, [](const EventRecord* event) { return event->start.seconds; });
-    const auto isRepeated = [](const EventRecord* one, const EventRecord* other) {
-        return isSame(one->start, other->start);
-    };
-    // From the end, so that the last of equal ones stays.
-    std::ranges::reverse(m_events);
-    const auto surplus = std::ranges::unique(m_events, isRepeated);
+    const auto surplus
+        = std::ranges::unique(m_events, [](const EventRecord* one, const EventRecord* other) {
+              return isSame(one->start, other->start);
+          });
     m_events.erase(surplus.begin(), surplus.end());
-    m_replacements.clear();
-    for (const auto& [start, replacement] : replacements)
-        m_replacements.push_back(replacement);
+}
+
+void EventSeries::sortOutReplacements(std::span<const EventRecord* const> records)
+{
+    std::map<std::pair<std::int64_t, bool>, const EventRecord*> newest;
+    std::size_t following = 0;
+    for (const auto* record : records) {
+        if (!record->replaces)
+            continue;
+        auto& known = newest[{ m_clock.toUtc(*record->replaces), record->replacesFollowing }];
+        if (!known || record->sequence >= known->sequence)
+            known = record;
+    }
+    for (const auto& [start, record] : newest) {
+        following += record->replacesFollowing ? 1 : 0;
+        if (record->replacesFollowing && following > mostFollowing)
+            continue;
+        m_replacements.push_back(record);
+        if (record->replacesFollowing)
+            continue;
+        name(m_replacedDays, *record->replaces, true);
+        name(m_replacedTimes, *record->replaces, false);
+    }
 }
 
 void EventSeries::expandOnce(const EventRecord& event)
@@ -115,13 +142,12 @@ void EventSeries::expandRepeated(const EventRecord& event)
     std::int64_t shift = 0;
     for (const auto& change : changes)
         shift = std::max(shift, std::min(std::abs(change.shift), longestShift));
-    auto excluded = exceptions(event);
-    for (const auto* replacement : m_replacements) {
-        if (!replacement->replacesFollowing)
-            name(excluded, event, *replacement->replaces);
-    }
+    Named excluded;
+    for (const auto& exception : event.exceptions)
+        name(excluded, exception, isWholeDay(event));
+    const auto& replaced = isWholeDay(event) ? m_replacedDays : m_replacedTimes;
     for (const auto& start : starts(event, shift)) {
-        if (!has(excluded, start))
+        if (!has(excluded, start) && !has(replaced, start))
             take(event, start, changes);
     }
 }
@@ -217,17 +243,9 @@ std::vector<EventSeries::Following> EventSeries::following(const EventRecord& ev
     return changes;
 }
 
-EventSeries::Named EventSeries::exceptions(const EventRecord& event) const
+void EventSeries::name(Named& named, const StatedTime& time, bool isWholeDay) const
 {
-    Named named;
-    for (const auto& exception : event.exceptions)
-        name(named, event, exception);
-    return named;
-}
-
-void EventSeries::name(Named& named, const EventRecord& event, const StatedTime& time) const
-{
-    if (isWholeDay(event) || time.kind == StatedTime::Kind::date)
+    if (isWholeDay || time.kind == StatedTime::Kind::date)
         named.days.insert(time.day());
     else
         named.utc.insert(m_clock.toUtc(time));

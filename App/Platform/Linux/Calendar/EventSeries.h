@@ -4,8 +4,10 @@
 #include "App/Platform/Linux/Calendar/CalendarWindow.h"
 #include "App/Platform/Linux/Calendar/EventRecord.h"
 #include "App/Platform/Linux/Calendar/Places.h"
+#include "App/Platform/Linux/Calendar/TimeBudget.h"
 
 #include <functional>
+#include <span>
 #include <unordered_set>
 
 struct Occurrence {
@@ -32,8 +34,8 @@ public:
 
     EventSeries(const CalendarWindow& window, CalendarClock clock, Take take);
 
-    // The records have one UID.
-    void expand(const std::vector<const EventRecord*>& records);
+    // The records have one UID. False once there is no time left.
+    bool expand(std::span<const EventRecord* const> records, const TimeBudget& budget);
 
 private:
     // How long an occurrence lasts: days of the local clock, then seconds.
@@ -62,8 +64,9 @@ private:
         const EventRecord* event = nullptr;
     };
 
-    void sortOut(const std::vector<const EventRecord*>& records);
-    void addReplacement(const EventRecord& record);
+    void sortOut(std::span<const EventRecord* const> records);
+    void sortOutReplacements(std::span<const EventRecord* const> records);
+    void keepNewest();
     void expandOnce(const EventRecord& event);
     void expandRepeated(const EventRecord& event);
     void take(
@@ -74,8 +77,7 @@ private:
     std::vector<std::int64_t> ruledStarts(
         const EventRecord& event, const std::string& rule, std::int64_t longestShift) const;
     std::vector<Following> following(const EventRecord& event) const;
-    Named exceptions(const EventRecord& event) const;
-    void name(Named& named, const EventRecord& event, const StatedTime& time) const;
+    void name(Named& named, const StatedTime& time, bool isWholeDay) const;
     static bool has(const Named& named, const Start& start);
 
     Length length(const EventRecord& event) const;
@@ -89,4 +91,6 @@ private:
     Take m_take;
     std::vector<const EventRecord*> m_events;
     std::vector<const EventRecord*> m_replacements;
+    Named m_replacedDays; // For events of whole days, the other one for all others.
+    Named m_replacedTimes;
 };

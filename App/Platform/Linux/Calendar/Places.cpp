@@ -6,6 +6,7 @@ namespace {
 
 constexpr std::size_t mostNames = 4096;
 constexpr std::size_t mostDescriptions = 4096;
+constexpr std::size_t mostChanges = 200'000;
 constexpr qsizetype mostUnknown = 100;
 constexpr std::size_t longestUnknown = 200;
 
@@ -72,10 +73,11 @@ const Zone* Places::find(const std::string& name, SystemZones& system, std::int6
         if (const auto* const zone = system.named(std::string_view(name).substr(slash + 1)))
             return zone;
     }
-    if (const auto described = m_described.find(name); described != m_described.end()) {
-        auto& zone = m_custom[name];
-        zone = std::make_unique<CustomZone>(described->second, lastUtc);
-        return zone.get();
+    if (const auto described = m_described.find(name);
+        described != m_described.end() && m_changes < mostChanges) {
+        auto zone = std::make_unique<CustomZone>(described->second, lastUtc);
+        m_changes += zone->changes();
+        return m_custom.emplace_back(std::move(zone)).get();
     }
     const auto windowsName = QByteArray::fromStdString(name);
     return system.named(QTimeZone::windowsIdToDefaultIanaId(windowsName).toStdString());

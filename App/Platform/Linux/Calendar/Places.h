@@ -30,6 +30,11 @@ public:
     std::uint32_t index(std::string_view name);
     void describe(std::string_view name, std::vector<CustomZone::Observance> observances);
 
+    bool isDescribed(const StatedTime& time) const
+    {
+        return m_described.contains(m_names[time.place]);
+    }
+
     // The clock of that time. Changes of zones that the calendar describes are known up to lastUtc.
     const Zone& zone(const StatedTime& time, SystemZones& system, std::int64_t lastUtc);
     std::int64_t toUtc(const StatedTime& time, SystemZones& system, std::int64_t lastUtc)
@@ -45,7 +50,8 @@ private:
     std::vector<std::string> m_names { std::string() };
     std::unordered_map<std::string, std::uint32_t> m_indices;
     std::unordered_map<std::string, std::vector<CustomZone::Observance>> m_described;
-    std::unordered_map<std::string, std::unique_ptr<Zone>> m_custom;
+    std::vector<std::unique_ptr<Zone>> m_custom;
+    std::size_t m_changes = 0; // Of all of them.
     std::vector<const Zone*> m_found;
     QStringList m_unknown;
 };

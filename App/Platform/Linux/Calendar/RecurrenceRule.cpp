@@ -308,11 +308,13 @@ RecurrenceRule::Days RecurrenceRule::days(std::int64_t period) const
     return {};
 }
 
-bool RecurrenceRule::matches(std::int64_t day) const
+bool RecurrenceRule::matchesMonth(CivilTime::Date date) const
 {
-    const auto date = CivilTime::date(day);
-    if (m_months.any() && !m_months.test(static_cast<std::size_t>(date.month - 1)))
-        return false;
+    return m_months.none() || m_months.test(static_cast<std::size_t>(date.month - 1));
+}
+
+bool RecurrenceRule::matches(std::int64_t day, CivilTime::Date date) const
+{
     if (m_monthDays.isGiven()
         && !m_monthDays.has(date.day - 1, CivilTime::daysInMonth(date.year, date.month)))
         return false;
@@ -361,7 +363,10 @@ std::vector<std::int64_t> RecurrenceRule::startsIn(std::int64_t period, Days lim
     if (!m_positions.isGiven())
         span = { std::max(span.from, limit.from), std::min(span.to, limit.to) };
     for (auto day = span.from; day <= span.to; ++day) {
-        if (matches(day))
+        const auto date = CivilTime::date(day);
+        if (!matchesMonth(date))
+            day += CivilTime::daysInMonth(date.year, date.month) - date.day;
+        else if (matches(day, date))
             addTimes(day, period, starts);
     }
     if (m_positions.isGiven())

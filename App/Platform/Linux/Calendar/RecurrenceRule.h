@@ -88,7 +88,8 @@ private:
     bool isEven() const;
     std::int64_t period(std::int64_t seconds) const;
     Days days(std::int64_t period) const;
-    bool matches(std::int64_t day) const;
+    bool matchesMonth(CivilTime::Date date) const;
+    bool matches(std::int64_t day, CivilTime::Date date) const;
     bool matchesWeekday(std::int64_t day, CivilTime::Date date) const;
     bool matchesWeek(std::int64_t day) const;
     std::vector<std::int64_t> startsIn(std::int64_t period, Days limit) const;
