@@ -33,6 +33,28 @@ QDataStream& operator>>(QDataStream& stream, Moment& moment)
     return stream;
 }
 
+void write(QDataStream& stream, const QStringList& list)
+{
+    stream << static_cast<quint32>(list.size());
+    for (const auto& text : list)
+        stream << text;
+}
+
+// QDataStream would make room for as many as the bytes say, be they there or not.
+bool read(QDataStream& stream, QStringList& list, qsizetype most)
+{
+    quint32 count = 0;
+    stream >> count;
+    if (count > most)
+        return false;
+    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        QString text;
+        stream >> text;
+        list << text;
+    }
+    return stream.status() == QDataStream::Ok;
+}
+
 // At least as many bytes as the answer has: grown step by step it would be there twice.
 qsizetype size(const EventExpander::Result& result)
 {
@@ -78,7 +100,8 @@ QByteArray ExpanderPipe::head(const EventExpander::Request& request)
     QByteArray bytes(headSizeBytes, '\0');
     QDataStream stream(&bytes, QIODevice::Append);
     stream.setVersion(version);
-    stream << request.start << request.end << request.source << request.paths;
+    stream << request.start << request.end << request.source;
+    write(stream, request.paths);
     qToBigEndian(static_cast<quint32>(bytes.size() - headSizeBytes), bytes.data());
     return bytes;
 }
@@ -96,8 +119,8 @@ std::optional<EventExpander::Request> ExpanderPipe::request(const QByteArray& he
     QDataStream stream(head);
     stream.setVersion(version);
     EventExpander::Request request;
-    stream >> request.start >> request.end >> request.source >> request.paths;
-    if (stream.status() != QDataStream::Ok || !stream.atEnd())
+    stream >> request.start >> request.end >> request.source;
+    if (!read(stream, request.paths, mostPaths) || !stream.atEnd())
         return {};
     return request;
 }
@@ -108,8 +131,9 @@ QByteArray ExpanderPipe::answer(const EventExpander::Result& result)
     bytes.reserve(size(result));
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(version);
-    stream << answerMark << result.isComplete << result.unknownZones
-           << static_cast<quint32>(result.events.size());
+    stream << answerMark << result.isComplete;
+    write(stream, result.unknownZones);
+    stream << static_cast<quint32>(result.events.size());
     for (const auto& event : result.events)
         write(stream, event);
     stream << endMark;
@@ -123,8 +147,11 @@ std::optional<EventExpander::Result> ExpanderPipe::result(const QByteArray& answ
     EventExpander::Result result;
     quint32 mark = 0;
     quint32 count = 0;
-    stream >> mark >> result.isComplete >> result.unknownZones >> count;
-    if (mark != answerMark || count > mostEvents)
+    stream >> mark >> result.isComplete;
+    if (mark != answerMark || !read(stream, result.unknownZones, mostZones))
+        return {};
+    stream >> count;
+    if (count > mostEvents)
         return {};
     for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i)
         result.events << readEvent(stream);

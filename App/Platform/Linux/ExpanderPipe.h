@@ -7,6 +7,7 @@ namespace ExpanderPipe {
 
 constexpr qsizetype largestAnswer = qsizetype { 32 } * 1024 * 1024; // Bytes
 constexpr qsizetype largestHead = qsizetype { 4 } * 1024 * 1024; // Bytes
+constexpr qsizetype mostPaths = 10'000;
 constexpr qsizetype mostEvents = 20'000;
 constexpr qsizetype mostZones = 100;
 

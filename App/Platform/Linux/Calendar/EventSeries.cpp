@@ -44,6 +44,13 @@ bool isSame(const StatedTime& one, const StatedTime& other)
     return one.seconds == other.seconds && one.kind == other.kind && one.place == other.place;
 }
 
+// Of neighbours that are the same the first stays.
+template <typename T, typename IsSame>
+void eraseRepeated(std::vector<T>& list, IsSame isSame)
+{
+    list.erase(std::unique(list.begin(), list.end(), isSame), list.end());
+}
+
 }
 
 EventSeries::EventSeries(const CalendarWindow& window, CalendarClock clock, Take take)
@@ -95,11 +102,9 @@ void EventSeries::keepNewest()
     std::ranges::reverse(m_events);
     std::ranges::stable_sort(
         m_events, {}, [](const EventRecord* event) { return event->start.seconds; });
-    const auto surplus
-        = std::ranges::unique(m_events, [](const EventRecord* one, const EventRecord* other) {
-              return isSame(one->start, other->start);
-          });
-    m_events.erase(surplus.begin(), surplus.end());
+    eraseRepeated(m_events, [](const EventRecord* one, const EventRecord* other) {
+        return isSame(one->start, other->start);
+    });
 }
 
 void EventSeries::sortOutReplacements(std::span<const EventRecord* const> records)
@@ -204,8 +209,8 @@ std::vector<EventSeries::Start> EventSeries::starts(
             [&](const Start& start) { return std::ranges::binary_search(excluded, start.local); });
     }
     std::ranges::stable_sort(starts, {}, &Start::utc);
-    const auto surplus = std::ranges::unique(starts, {}, &Start::utc);
-    starts.erase(surplus.begin(), surplus.end());
+    eraseRepeated(
+        starts, [](const Start& one, const Start& other) { return one.utc == other.utc; });
     return starts;
 }
 
