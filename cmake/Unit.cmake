@@ -64,6 +64,18 @@ function(bus_test source)
     set_property(TEST ${name} APPEND PROPERTY LABELS Bus)
 endfunction()
 
+# calendar_test(<source> LINKS <target>...): a unit test in a session bus of its own that starts the
+# real calendar service, with calendars of its own.
+function(calendar_test source)
+    unit_test(${ARGV} LAUNCHER ${PROJECT_SOURCE_DIR}/tools/with-calendars)
+    cmake_path(GET source STEM name)
+    set_property(TEST ${name} PROPERTY TIMEOUT 120)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "NO_AT_BRIDGE=1" "TZ=Europe/Berlin"
+        "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks-of-libraries.txt")
+    set_property(TEST ${name} APPEND PROPERTY LABELS Bus)
+    target_compile_definitions(${name} PRIVATE CORVELLA_TOOLS="${PROJECT_SOURCE_DIR}/tools")
+endfunction()
+
 # desktop_test(<name> SCRIPT <file> [DESKTOP <option>...] [LAUNCHER <command>...]): drives the built
 # program on a desktop of its own. One at a time: each is as busy as a person's.
 function(desktop_test name)
