@@ -38,6 +38,13 @@ public:
             { QStringList { component }, QStringLiteral("all"), 0U });
     }
 
+    // Of a series.
+    bool changeOne(const QString& calendar, const QString& component)
+    {
+        return tell(calendar, QStringLiteral("ModifyObjects"),
+            { QStringList { component }, QStringLiteral("this"), 0U });
+    }
+
     bool remove(const QString& calendar, const QStringList& uids)
     {
         Names names;

@@ -83,7 +83,7 @@ void EdsCalendar::work()
 {
     if (std::exchange(m_isAtWork, true))
         return;
-    m_taken.start();
+    m_begun.start();
     if (m_path.isEmpty())
         open();
     else
@@ -267,6 +267,7 @@ void EdsCalendar::learnZone(const QDBusMessage& answer)
 void EdsCalendar::finish()
 {
     m_isAtWork = false;
+    m_taken = std::chrono::milliseconds(m_begun.elapsed());
     m_text = {};
     m_retry.succeeded();
     if (std::exchange(m_isStale, false))
@@ -277,10 +278,8 @@ void EdsCalendar::finish()
 void EdsCalendar::beStale()
 {
     const bool isNew = !std::exchange(m_isStale, true);
-    if (isNew && !m_isAtWork && !m_soon.isActive()) {
-        const std::chrono::milliseconds taken(m_taken.isValid() ? m_taken.elapsed() : 0);
-        m_soon.start(std::clamp(3 * taken, std::chrono::milliseconds(200), 30'000ms));
-    }
+    if (isNew && !m_isAtWork && !m_soon.isActive())
+        m_soon.start(std::clamp(3 * m_taken, 200ms, 30'000ms));
 }
 
 void EdsCalendar::close()

@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
+
 class EdsCalendar final : public QObject {
     Q_OBJECT
 
@@ -76,7 +78,8 @@ private:
     bool m_isStale = false;
     bool m_isAtWork = false;
     int m_expansion = 0; // The only one whose result counts.
-    QElapsedTimer m_taken;
+    QElapsedTimer m_begun;
+    std::chrono::milliseconds m_taken { 0 }; // For the last reading.
     QByteArray m_text; // Of what is listed, while at work.
     QStringList m_series; // Still to be asked for, as are the zones.
     QStringList m_zones;
