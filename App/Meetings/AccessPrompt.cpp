@@ -31,7 +31,7 @@ void AccessPrompt::resizeEvent(QResizeEvent*)
 
 void AccessPrompt::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationFontChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
         arrange();
     QWidget::changeEvent(event);
 }

@@ -21,8 +21,6 @@ EventList::EventList(int padding)
     Accessibility::describe(staticMetaObject,
         [](QWidget* widget) { return new QAccessibleWidget(widget, QAccessible::List); });
     setAccessibleName(u"Today"_s);
-    connect(qApp, &QApplication::focusChanged, this,
-        [this](QWidget*, QWidget* focused) { tellReached(focused); });
 }
 
 void EventList::setLines(const QList<MeetingLine>& lines)
@@ -58,6 +56,7 @@ EventRow* EventList::makeRow()
 {
     auto* const row = new EventRow(m_padding, this);
     connect(row, &EventRow::joined, this, &EventList::joined);
+    connect(row, &EventRow::reached, this, [=, this] { Q_EMIT reached(row->geometry()); });
     return row;
 }
 
@@ -88,14 +87,6 @@ void EventList::arrange()
         }
     }
     setFixedHeight(y - spacing + m_padding);
-}
-
-void EventList::tellReached(QWidget* focused)
-{
-    const auto found = std::ranges::find_if(
-        m_rows, [focused](EventRow* row) { return row->isAncestorOf(focused); });
-    if (found != m_rows.cend())
-        Q_EMIT reached((*found)->geometry());
 }
 
 void EventList::resizeEvent(QResizeEvent*)

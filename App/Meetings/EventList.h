@@ -28,7 +28,6 @@ private:
     EventRow* makeRow();
     void order(const QList<EventRow*>& rows);
     void arrange();
-    void tellReached(QWidget* focused);
     void resizeEvent(QResizeEvent* event) override;
 
     int m_padding;

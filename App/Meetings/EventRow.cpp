@@ -59,6 +59,7 @@ void EventRow::adaptButton()
     if (m_line.link && !m_join) {
         m_join = new Button(Button::Kind::small, {}, this);
         connect(m_join, &Button::clicked, this, [this] { Q_EMIT joined(*m_line.link); });
+        m_join->installEventFilter(this);
         m_join->show();
     } else if (!m_line.link) {
         delete m_join;
@@ -89,9 +90,16 @@ void EventRow::resizeEvent(QResizeEvent*)
 
 void EventRow::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationFontChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
         arrange();
     QWidget::changeEvent(event);
+}
+
+bool EventRow::eventFilter(QObject*, QEvent* event)
+{
+    if (event->type() == QEvent::FocusIn)
+        Q_EMIT reached();
+    return false;
 }
 
 void EventRow::paintEvent(QPaintEvent*)

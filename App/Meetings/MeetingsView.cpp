@@ -30,6 +30,26 @@ constexpr int aboveNoEvents = 20;
 const auto settingsAddress
     = u"x-apple.systempreferences:com.apple.preference.security?Privacy_Calendars"_s;
 
+QAbstractSlider::SliderAction scrollAction(int key)
+{
+    switch (key) {
+    case Qt::Key_Up:
+        return QAbstractSlider::SliderSingleStepSub;
+    case Qt::Key_Down:
+        return QAbstractSlider::SliderSingleStepAdd;
+    case Qt::Key_PageUp:
+        return QAbstractSlider::SliderPageStepSub;
+    case Qt::Key_PageDown:
+        return QAbstractSlider::SliderPageStepAdd;
+    case Qt::Key_Home:
+        return QAbstractSlider::SliderToMinimum;
+    case Qt::Key_End:
+        return QAbstractSlider::SliderToMaximum;
+    default:
+        return QAbstractSlider::SliderNoAction;
+    }
+}
+
 }
 
 MeetingsView::MeetingsView(
@@ -55,9 +75,11 @@ void MeetingsView::build()
 {
     m_mute = new Button(Button::Kind::normal, {}, this);
     m_note = new Label(TextRole::caption, &Colors::secondary, this);
+    m_note->setElided(true);
     m_note->setText(u"Input can't be muted"_s);
     m_card = new NextMeetingCard(this);
     m_heading = new Label(TextRole::captionHeading, &Colors::secondary, this);
+    m_heading->setElided(true);
     m_heading->setText(u"Today"_s);
     m_denied = new AccessPrompt(u"Calendar access is off. Allow it in System Settings → Privacy & "
                                 "Security → Calendars."_s,
@@ -158,7 +180,7 @@ void MeetingsView::resizeEvent(QResizeEvent*)
 
 void MeetingsView::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationFontChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
         arrangeMute();
     QWidget::changeEvent(event);
 }
@@ -166,7 +188,11 @@ void MeetingsView::changeEvent(QEvent* event)
 // The keys that a button leaves alone turn the pages of the list.
 void MeetingsView::keyPressEvent(QKeyEvent* event)
 {
-    QCoreApplication::sendEvent(m_scroll->verticalScrollBar(), event);
+    const auto action = scrollAction(event->key());
+    if (action == QAbstractSlider::SliderNoAction)
+        QWidget::keyPressEvent(event);
+    else
+        m_scroll->verticalScrollBar()->triggerAction(action);
 }
 
 void MeetingsView::arrangeMute()

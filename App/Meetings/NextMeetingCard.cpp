@@ -86,7 +86,7 @@ void NextMeetingCard::resizeEvent(QResizeEvent*)
 
 void NextMeetingCard::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationFontChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
         arrange();
     QWidget::changeEvent(event);
 }

@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 struct Setup {
@@ -69,6 +71,34 @@ private Q_SLOTS:
         QCOMPARE(clicks.count(), 0);
         QTest::mouseClick(&s.button, Qt::LeftButton, {}, QPoint(3, 12));
         QCOMPARE(clicks.count(), 1);
+    }
+
+    void returnClicksOnceHoweverLongItIsHeld()
+    {
+        Setup s;
+        const QSignalSpy clicks(&s.button, &Button::clicked);
+        QTest::keyClick(&s.button, Qt::Key_Return);
+        QTest::keyClick(&s.button, Qt::Key_Enter);
+        QCOMPARE(clicks.count(), 2);
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(&s.button, &held);
+        QCOMPARE(clicks.count(), 2);
+    }
+
+    void aFaintButtonIsFaintAsAWhole()
+    {
+        Setup s;
+        s.button.setText(u"██████"_s);
+        const auto at
+            = [&](const QPoint& place) { return s.button.grab().toImage().pixelColor(place); };
+        const auto words = s.button.box().center();
+        const auto ground = at({ 0, 0 });
+        const auto whole = at(words);
+        s.button.setStrength(0.45);
+        const double expected = ground.red() + 0.45 * (whole.red() - ground.red());
+        QVERIFY2(std::abs(at(words).red() - expected) < 2, QByteArray::number(at(words).red()));
+        s.button.setStrength(1);
+        QCOMPARE(at(words), whole);
     }
 
     void spaceClicks()
