@@ -1,5 +1,6 @@
-// Has the helper list a day out of files, as Corvella does, and prints what that was: how many events,
-// the processor's milliseconds and the most megabytes. expand-day HELPER START END PATH..., in seconds.
+// Has the helper list a day out of files, as Corvella does, and prints what that was: how many
+// events, the processor's milliseconds and the most megabytes. expand-day HELPER START END PATH...,
+// in seconds.
 #include "App/Platform/Linux/ExpanderPipe.h"
 
 #include <QFile>
