@@ -76,6 +76,7 @@ private Q_SLOTS:
     {
         const auto midnight = momentOf(u"2023-01-11T00:00:00Z"_s);
         QCOMPARE(dayOf(midnight - 100us, QTimeZone::utc()).end, midnight);
+        QCOMPARE(dayOf(Moment(-100us), QTimeZone::utc()).end, Moment());
     }
 };
 
