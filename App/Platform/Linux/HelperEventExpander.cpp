@@ -21,6 +21,7 @@ HelperEventExpander::~HelperEventExpander()
         return;
     m_process->disconnect(this);
     m_process->kill();
+    m_process->waitForFinished(); // At once, as it is killed.
 }
 
 void HelperEventExpander::expand(const Request& request, QObject* context, const Answer& answer)
