@@ -17,6 +17,7 @@ public:
 
     // Nothing happens while earlier work is under way. The work must own all that it touches.
     void start(const std::function<Finish()>& work);
+    bool isUnderWay() const { return m_isUnderWay; }
 
 private:
     struct Desk;

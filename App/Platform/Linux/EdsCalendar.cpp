@@ -226,6 +226,7 @@ void EdsCalendar::take(const std::optional<EventExpander::Result>& result)
 {
     if (!result) {
         finish();
+        m_retry.later();
         return;
     }
     for (const auto& zone : result->unknownZones) {
@@ -239,6 +240,7 @@ void EdsCalendar::take(const std::optional<EventExpander::Result>& result)
     const bool isOther = result->events != m_events;
     m_events = result->events;
     m_events.squeeze();
+    m_retry.succeeded();
     finish();
     if (isOther)
         Q_EMIT changed();
@@ -269,7 +271,6 @@ void EdsCalendar::finish()
     m_isAtWork = false;
     m_taken = std::chrono::milliseconds(m_begun.elapsed());
     m_text = {};
-    m_retry.succeeded();
     if (std::exchange(m_isStale, false))
         beStale();
 }

@@ -54,9 +54,7 @@ FolderTreeWatch::~FolderTreeWatch()
 
 void FolderTreeWatch::look()
 {
-    m_isStale = m_isWalking;
-    if (std::exchange(m_isWalking, true))
-        return;
+    m_isStale = m_work.isUnderWay();
     m_work.start([this, roots = m_roots, descriptor = m_descriptor,
                      before = m_watches]() -> BackgroundWork::Finish {
         return [this, found = walk(roots, descriptor->number, before)] { learn(found); };
@@ -103,7 +101,6 @@ FolderTreeWatch::Watches FolderTreeWatch::watchAll(const FolderTree::Plan& plan,
 
 void FolderTreeWatch::learn(const Found& found)
 {
-    m_isWalking = false;
     m_readable = found.readable;
     m_watches = found.watches;
     if (std::exchange(m_isStale, false))
@@ -137,7 +134,7 @@ bool FolderTreeWatch::isOfInterest(int watch, quint32 events, const QByteArray& 
     const auto known = m_watches.constFind(watch);
     // Begun by the walk that is under way.
     if (known == m_watches.cend())
-        return m_isWalking;
+        return m_work.isUnderWay();
     if (!known->isEmpty())
         return known->contains(name);
     // Others are the temporary names under which programs write.

@@ -52,7 +52,6 @@ private:
     BackgroundWork m_work;
     QTimer m_soon;
     bool m_isStale = false;
-    bool m_isWalking = false;
     QStringList m_readable;
     Watches m_watches;
 };

@@ -33,6 +33,7 @@ IcsFolders::IcsFolders(EventExpander& expander, const QStringList& folders)
 {
     m_soon.setSingleShot(true);
     m_soon.callOnTimeout(this, &IcsFolders::expand);
+    m_retry.callOnTimeout(this, &IcsFolders::expand);
     connect(&m_watch, &FolderTreeWatch::looked, this, &IcsFolders::expand);
 }
 
@@ -96,7 +97,12 @@ void IcsFolders::take(const std::optional<EventExpander::Result>& result)
     if (std::exchange(m_isStale, false))
         m_soon.start(
             std::chrono::milliseconds(std::clamp<qint64>(3 * m_taken.elapsed(), 200, 30'000)));
-    if (!result || result->events == m_events)
+    if (!result) {
+        m_retry.later();
+        return;
+    }
+    m_retry.succeeded();
+    if (result->events == m_events)
         return;
     m_events = result->events;
     m_events.squeeze();

@@ -5,6 +5,7 @@
 #include "App/Platform/Linux/CalendarSource.h"
 #include "App/Platform/Linux/EventExpander.h"
 #include "App/Platform/Linux/FolderTreeWatch.h"
+#include "App/Platform/Linux/Retry.h"
 
 #include <QElapsedTimer>
 #include <QStringList>
@@ -33,6 +34,7 @@ private:
     const QStringList m_folders;
     FolderTreeWatch m_watch;
     QTimer m_soon;
+    Retry m_retry;
     QElapsedTimer m_taken;
     TimeSpan m_span {};
     bool m_isStale = false;

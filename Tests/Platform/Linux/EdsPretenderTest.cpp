@@ -174,6 +174,18 @@ private Q_SLOTS:
         QCOMPARE(s.changes.count(), 2);
     }
 
+    void aReadingThatFailsIsTriedAgain()
+    {
+        Setup s;
+        s.expander.fails = true;
+        QVERIFY(s.service.appear());
+        s.calendars.look(day);
+        QTRY_COMPARE(s.expander.requests.size(), 1);
+        QTRY_VERIFY(s.expander.pending.isEmpty());
+        s.expander.fails = false;
+        QTRY_COMPARE(s.titles(), QStringList { u"One"_s });
+    }
+
     void aSeriesThatIsGoneMeanwhileIsLeftOut()
     {
         Setup s;

@@ -244,6 +244,8 @@ private Q_SLOTS:
         QTRY_VERIFY(s.expander.pending.isEmpty());
         QCOMPARE(s.folders.events().size(), 1);
         QCOMPARE(s.changes.count(), 1);
+        s.expander.fails = false;
+        QTRY_COMPARE(s.expander.requests.size(), 3);
     }
 
     void isSilentWhenNothingIsDifferent()
