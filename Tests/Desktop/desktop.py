@@ -91,8 +91,8 @@ class Corvella:
 
     program = None
 
-    def __init__(self, is_shown=True):
-        self.process = subprocess.Popen([self.program])
+    def __init__(self, is_shown=True, environment=None):
+        self.process = subprocess.Popen([self.program], env={**os.environ, **(environment or {})})
         run(f"gdbus wait --session --timeout 10 {NAME}")
         if is_shown:
             wait_until(self.title, "the item has a title")
