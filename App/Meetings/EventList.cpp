@@ -44,7 +44,7 @@ QList<EventRow*> EventList::rowsFor(const QList<MeetingLine>& lines)
         auto* const row = known.take(line.id);
         rows << (row ? row : makeRow());
     }
-    // The keyboard would go on to a meeting that nobody chose.
+    // The keyboard would go on to another meeting.
     if (std::ranges::any_of(
             known, [](EventRow* row) { return row->isAncestorOf(qApp->focusWidget()); }))
         setFocus();

@@ -62,8 +62,7 @@ void EventRow::adaptButton()
         m_join->installEventFilter(this);
         m_join->show();
     } else if (!m_line.link) {
-        delete m_join;
-        m_join = nullptr;
+        dropButton();
     }
     if (!m_join)
         return;
@@ -71,6 +70,15 @@ void EventRow::adaptButton()
     m_join->setAccessibleDescription(u"Join "_s + m_line.title);
     m_join->setStrength(strength());
     arrange();
+}
+
+void EventRow::dropButton()
+{
+    // The keyboard would go on to another meeting.
+    if (m_join && m_join->hasFocus())
+        setFocus();
+    delete m_join;
+    m_join = nullptr;
 }
 
 void EventRow::arrange()

@@ -27,6 +27,7 @@ Q_SIGNALS:
 
 private:
     void adaptButton();
+    void dropButton();
     void arrange();
     qreal strength() const;
     QString said() const;

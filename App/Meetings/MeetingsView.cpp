@@ -15,6 +15,7 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QStyle>
@@ -162,14 +163,22 @@ void MeetingsView::refresh()
     const auto card = nextMeeting(m_model, times);
     if (card)
         m_card->setCard(*card);
-    m_card->setVisible(card.has_value());
+    setShown(m_card, card.has_value());
     m_list->setLines(meetingLines(m_model, times));
     const auto body = meetingsBody(m_model);
-    m_denied->setVisible(body == MeetingsBody::denied);
-    m_notAsked->setVisible(body == MeetingsBody::notAsked);
-    m_noEvents->setVisible(body == MeetingsBody::noEvents);
-    m_scroll->setVisible(body == MeetingsBody::events);
+    setShown(m_denied, body == MeetingsBody::denied);
+    setShown(m_notAsked, body == MeetingsBody::notAsked);
+    setShown(m_noEvents, body == MeetingsBody::noEvents);
+    setShown(m_scroll, body == MeetingsBody::events);
     arrange();
+}
+
+// Qt would hand the keyboard on to a button that nobody chose.
+void MeetingsView::setShown(QWidget* part, bool shown)
+{
+    if (!shown && part->isAncestorOf(QApplication::focusWidget()))
+        setFocus();
+    part->setVisible(shown);
 }
 
 void MeetingsView::resizeEvent(QResizeEvent*)

@@ -28,6 +28,7 @@ private:
     void nameParts();
     void connectControls();
     void refresh();
+    void setShown(QWidget* part, bool shown);
     void refreshMute();
     void readMute();
     void toggleMute();

@@ -487,15 +487,41 @@ private Q_SLOTS:
         QCOMPARE(s.placeOf(*row).top(), 134 + 2 * 45);
     }
 
-    void aMeetingThatGoesTakesTheKeyboardToNoOther()
+    void whatGoesTakesTheKeyboardToNoOtherButton_data()
     {
+        QTest::addColumn<QString>("what");
+        for (const char* what : { "row", "link", "card", "access", "prompt" })
+            QTest::newRow(what) << QString::fromLatin1(what);
+    }
+
+    void whatGoesTakesTheKeyboardToNoOtherButton()
+    {
+        QFETCH(QString, what);
         Setup s;
-        s.showTypicalDay();
-        s.row(2).join()->setFocus(Qt::TabFocusReason);
-        s.store.stored.removeAt(2);
-        s.minuteAt(10, 1);
-        QVERIFY(s.view->isAncestorOf(QApplication::focusWidget()));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        s.addTypicalDay();
+        if (what != u"prompt"_s)
+            s.grant();
+        s.show();
+        Button& button = what == u"prompt"_s ? s.find<AccessPrompt>(u"notAsked"_s).button()
+            : what == u"card"_s              ? s.cardJoin()
+                                             : *s.row(2).join();
+        button.setFocus(Qt::TabFocusReason);
+        QVERIFY(button.hasFocus());
+        if (what == u"row"_s)
+            s.store.stored.removeAt(2);
+        if (what == u"link"_s)
+            s.store.stored[2].url.reset();
+        if (what == u"access"_s)
+            s.model.handle(false);
+        if (what == u"prompt"_s)
+            s.model.handle(true);
+        else
+            s.minuteAt(what == u"card"_s ? 15 : 10, 1);
+        s.settle();
+        auto* const focused = QApplication::focusWidget();
+        QVERIFY(focused == s.view.get() || s.view->isAncestorOf(focused));
+        QVERIFY(!qobject_cast<Button*>(focused));
+        QTest::keyClick(focused, Qt::Key_Return);
         QCOMPARE(s.opener.opened, QStringList());
     }
 
