@@ -123,6 +123,7 @@ private Q_SLOTS:
     void announcesARefreshThatFoundTheSame()
     {
         Setup s;
+        s.store.stored = { s.event(u"a"_s, 9, 10) };
         s.model.handle(true);
         QSignalSpy announcements(&s.model, &Model::willChange);
         s.model.refresh();

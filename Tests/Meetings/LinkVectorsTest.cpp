@@ -64,13 +64,15 @@ private Q_SLOTS:
     void tellsWhatDiffers()
     {
         const auto link = u"https://zoom.us/j/1"_s;
-        const auto outcome = runOn(
-            vectors({ vector(link, link, u"Meet"_s), vector(QJsonValue(), link, u"Zoom"_s) }));
+        const auto outcome
+            = runOn(vectors({ vector(link, link, u"Meet"_s), vector(QJsonValue(), link, u"Zoom"_s),
+                vector(link, u"https://zoom.us"_s, u"Zoom"_s) }));
         QCOMPARE(outcome.status, 1);
         QCOMPARE(outcome.output,
             u"1: expected https://zoom.us/j/1, Meet, found https://zoom.us/j/1, Zoom\n"
             "2: expected https://zoom.us/j/1, Zoom, found no link, no service\n"
-            "0 passed, 2 failed\n"_s);
+            "3: expected https://zoom.us, Zoom, found https://zoom.us/j/1, Zoom\n"
+            "0 passed, 3 failed\n"_s);
     }
 
     void looksAtAllThreeTexts_data()
