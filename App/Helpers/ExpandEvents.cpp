@@ -14,8 +14,8 @@ using namespace std::chrono_literals;
 namespace {
 
 // Ends by itself before it is ended, and answers with what it has by then.
-constexpr TimeBudget reading { 0.9s, 2s };
-constexpr TimeBudget expanding { 1.3s, 3s };
+constexpr TimeBudget reading { 1.2s, 2.5s };
+constexpr TimeBudget expanding { 1.5s, 3.2s };
 constexpr rlim_t mostSeconds = 2; // Of processor time.
 constexpr rlim_t mostMemory = rlim_t { 128 } * 1024 * 1024; // Bytes
 

@@ -91,7 +91,7 @@ private Q_SLOTS:
     {
         Setup s;
         auto request = Setup::request(u"source"_s);
-        request.text += QByteArray("X:").leftJustified(60 * 1024 * 1024, 'x');
+        request.text += QByteArray("X:").leftJustified(8 * 1024 * 1024, 'x');
         QElapsedTimer elapsed;
         elapsed.start();
         s.expand(request);
