@@ -1,7 +1,6 @@
 #include "App/Platform/Linux/ZoneWatch.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
@@ -10,6 +9,7 @@
 #include <QTimeZone>
 
 #include <cstdio>
+#include <ctime>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -43,9 +43,13 @@ struct Watched : Setup {
     QSignalSpy changes { &watch, &ZoneWatch::zoneChanged };
 };
 
-QByteArray hourThere()
+// As the C library has it, which Qt would otherwise remind of the zone.
+int hourOfTheEpoch()
 {
-    return QDateTime::fromSecsSinceEpoch(0).toString(u"hh"_s).toLatin1();
+    const time_t epoch = 0;
+    tm local {};
+    ::localtime_r(&epoch, &local);
+    return local.tm_hour;
 }
 
 }
@@ -105,11 +109,9 @@ private Q_SLOTS:
     {
         qputenv("TZ", "Europe/Berlin");
         Watched s;
-        QVERIFY(QDir(u"/proc/self/fd"_s).exists());
         s.point("Asia/Tokyo");
         QCoreApplication::processEvents();
         QCOMPARE(s.changes.count(), 0);
-        QVERIFY(s.watch.findChildren<QObject*>().isEmpty());
     }
 
     void aMissingFolderHarmsNobody()
@@ -151,15 +153,16 @@ private:
     static void followsIn(const QString& etc)
     {
         QCOMPARE(QTimeZone::systemTimeZoneId(), QByteArray("Europe/Berlin"));
-        QCOMPARE(hourThere(), QByteArray("01"));
+        QCOMPARE(hourOfTheEpoch(), 1);
         ZoneWatch watch;
         QSignalSpy changes(&watch, &ZoneWatch::zoneChanged);
         const auto link = etc.toLocal8Bit() + "/localtime";
         QVERIFY(::unlink(link.constData()) == 0);
         QVERIFY(::symlink("/usr/share/zoneinfo/Asia/Tokyo", link.constData()) == 0);
         QTRY_VERIFY(changes.count() > 0);
+        QCOMPARE(hourOfTheEpoch(), 9);
         QCOMPARE(QTimeZone::systemTimeZoneId(), QByteArray("Asia/Tokyo"));
-        QCOMPARE(hourThere(), QByteArray("09"));
+        QCOMPARE(QDateTime::fromSecsSinceEpoch(0).time().hour(), 9);
     }
 };
 
