@@ -1,5 +1,6 @@
-// Lists a day out of one iCalendar file the way a program over libecal does: the file as a whole, and
-// then each event's occurrences. Prints how many there are: ecal-list START END FILE, in seconds.
+// Lists a day out of one iCalendar file the way a program over libecal does: the file as a whole,
+// and then each event's occurrences. Prints how many there are: ecal-list START END FILE, in
+// seconds.
 #include <libecal/libecal.h>
 
 #include <cstdio>
