@@ -80,8 +80,10 @@ std::optional<MeetingLink> findMeetingLink(std::initializer_list<std::optional<Q
         const auto address = text ? findAddress(*text) : QStringView();
         if (address.isEmpty())
             continue;
-        if (const auto host = hostOf(address))
-            return MeetingLink { address.toString(), serviceName(*host) };
+        if (const auto host = hostOf(address)) {
+            const bool isAll = address.size() == text->size(); // And can share its memory.
+            return MeetingLink { isAll ? *text : address.toString(), serviceName(*host) };
+        }
     }
     return {};
 }

@@ -13,7 +13,7 @@ struct CalendarEvent {
     std::optional<QString> identifier = {};
     std::optional<QString> title = {};
     std::optional<QString> location = {};
-    std::optional<QString> notes = {};
+    std::optional<QString> notes = {}; // At least those words of them that hold an address.
     std::optional<QString> url = {};
     Moment start = {};
     Moment end = {};

@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include <algorithm>
+#include <malloc.h>
 #include <utility>
 
 HelperEventExpander::HelperEventExpander(QString helper)
@@ -87,11 +88,15 @@ void HelperEventExpander::finish(bool isWhole)
     if (!m_process)
         return;
     endProcess();
-    const auto output = std::exchange(m_output, {});
     const auto job = std::exchange(m_current, {});
     QMetaObject::invokeMethod(this, &HelperEventExpander::startNext, Qt::QueuedConnection);
+    auto result = isWhole ? ExpanderPipe::result(m_output) : std::nullopt;
+    m_output = {};
     if (job.context)
-        job.answer(isWhole ? ExpanderPipe::result(output) : std::nullopt);
+        job.answer(result);
+    result.reset();
+    // Texts came and went; the allocator would keep their room for more of them.
+    malloc_trim(0);
 }
 
 void HelperEventExpander::endProcess()

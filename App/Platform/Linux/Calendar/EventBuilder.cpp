@@ -17,6 +17,21 @@ void setOnce(std::string& field, std::string value)
         field = std::move(value);
 }
 
+// The words that may be one: nobody is shown the rest of an event's notes, and many are long.
+std::string addresses(std::string_view notes)
+{
+    constexpr std::string_view spaces = " \t\r\n\v\f";
+    std::string words;
+    while (!notes.empty()) {
+        const auto size = std::min(notes.find_first_of(spaces), notes.size());
+        const auto word = notes.substr(0, size);
+        if (word.find("://") != std::string_view::npos)
+            words.append(words.empty() ? "" : " ").append(word);
+        notes.remove_prefix(std::min(size + 1, notes.size()));
+    }
+    return words;
+}
+
 std::string inCapitals(std::string_view text)
 {
     std::string capitals(text);
@@ -98,7 +113,7 @@ void EventBuilder::set(Property property, const ContentLine& line)
     case Property::location:
         return setOnce(m_event.location, line.text());
     case Property::description:
-        return setOnce(m_event.notes, line.text());
+        return setOnce(m_event.notes, addresses(line.text()));
     case Property::url:
         return setOnce(m_event.url, std::string(line.value));
     case Property::conference:
