@@ -172,21 +172,22 @@ class Meetings(unittest.TestCase):
             raise AssertionError(f"{error}, but {state()}") from None
 
     def focused(self):
-        return next(
-            each
-            for each in desktop.everything(self.corvella.popover())
-            if has_state(each, Atspi.StateType.FOCUSED)
-            and has_state(each, Atspi.StateType.FOCUSABLE)
-        )
+        """The widget that has the keyboard; None while it is the tab as a whole."""
+        for each in desktop.everything(self.corvella.popover()):
+            if has_state(each, Atspi.StateType.FOCUSED) and has_state(
+                each, Atspi.StateType.FOCUSABLE
+            ):
+                return each
+        return None
 
     def tab_to(self, name):
         """Lets the keyboard go on until it comes to a widget of that name."""
         for _ in range(20):
-            if wait_until(self.focused, "something has the keyboard").get_name() == name:
-                return
             before = self.focused()
+            if before and before.get_name() == name:
+                return
             press_key("Tab")
-            wait_until(lambda: self.focused() != before, "the keyboard moves on")
+            wait_until(lambda: self.focused() not in (None, before), "the keyboard moves on")
         self.fail(f"the keyboard never reaches {name}")
 
     def write_typical_day(self):
