@@ -49,8 +49,6 @@ QSize NextMeetingCard::sizeHint() const
 
 void NextMeetingCard::setCard(const MeetingCard& card)
 {
-    if (m_card == card)
-        return;
     m_card = card;
     m_title->setText(card.title);
     m_time->setText(card.time);

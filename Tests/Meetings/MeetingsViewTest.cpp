@@ -532,7 +532,9 @@ private Q_SLOTS:
             s.add(u"Same"_s, s.at(hour, 0), s.at(hour, 30));
         s.grant();
         s.show();
+        const auto rows = s.list().rows();
         s.minuteAt(10, 1);
+        QCOMPARE(s.list().rows(), rows);
         QCOMPARE(
             s.shownRows(), (QStringList { u"Same|11:00"_s, u"Same|12:00"_s, u"Same|13:00"_s }));
     }
@@ -549,6 +551,7 @@ private Q_SLOTS:
         s.minuteAt(10, 1);
         QVERIFY(s.row(0).join()->isVisible());
         QCOMPARE(s.row(1).join(), nullptr);
+        QCOMPARE(s.row(1).findChild<Button*>(), nullptr);
         QTest::mouseClick(s.row(0).join(), Qt::LeftButton);
         QCOMPARE(s.opener.opened, QStringList(s.zoom));
         // The keyboard finds it too.
@@ -670,14 +673,15 @@ private Q_SLOTS:
     {
         Setup s;
         s.showTypicalDay();
-        const auto& join = *s.row(4).join();
         const int before = s.placeOf(s.mute()).width();
         Theme::apply({ .fontFamily = u"DejaVu Sans"_s });
         QTRY_VERIFY(s.placeOf(s.mute()).width() != before);
         s.settle();
-        QCOMPARE(s.placeOf(join).right(), 385);
         QCOMPARE(s.placeOf(s.cardJoin()).right(), 375);
-        QCOMPARE(s.placeOf(join).width(), join.boxSize().width());
+        for (auto* const button : s.view->findChildren<Button*>())
+            QCOMPARE(s.placeOf(*button).size(), button->boxSize());
+        for (const int row : { 1, 2, 4 })
+            QCOMPARE(s.placeOf(*s.row(row).join()).right(), 385);
     }
 
     void assistiveTechnologyHearsTheMicrophone()
