@@ -253,6 +253,7 @@ private Q_SLOTS:
         }
         QCOMPARE(s.service.asked.value(u"OpenCalendar"_s), 1);
         QCOMPARE(s.service.asked.value(u"Open"_s), 1);
+        QCOMPARE(s.service.asked.value(u"GetObjectList"_s), 0);
         s.service.bus.send(s.service.unanswered.first().createReply(QVariant(QStringList())));
         QTRY_COMPARE(s.titles(), QStringList { u"One"_s });
     }
@@ -269,6 +270,9 @@ private Q_SLOTS:
                 u"/view"_s, viewInterface, u"ObjectsModified"_s, { QStringList { u"x"_s } });
         }
         s.hearAll();
+        s.calendars.look(day);
+        for (int time = 0; time < 3; ++time)
+            s.hearAll();
         QCOMPARE(s.service.asked.value(u"GetObjectList"_s), 1);
         s.expander.isSlow = false;
         s.expander.answerNext();

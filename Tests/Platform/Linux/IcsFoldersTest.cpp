@@ -1,4 +1,5 @@
 #include "App/Platform/Linux/IcsFolders.h"
+#include "App/Platform/Linux/FolderTree.h"
 #include "Tests/Fakes/FakeEventExpander.h"
 
 #include <QDir>
@@ -223,6 +224,8 @@ private Q_SLOTS:
         QVERIFY(s.makeFolder(u".calendars/work"_s));
         QVERIFY(s.link(u".calendars"_s, u".calendars/work/up"_s));
         QVERIFY(s.link(u".calendars/self"_s, u".calendars/self"_s));
+        const auto plan = FolderTree::plan({ s.path(u".calendars"_s).toLocal8Bit() });
+        QCOMPARE(plan.folders.size(), 2);
         QVERIFY(s.begins());
         QVERIFY(s.write(u".calendars/work/a.ics"_s));
         QVERIFY(s.asksOnceMore());
