@@ -8,7 +8,7 @@
 #include <malloc.h>
 #include <utility>
 
-HelperEventExpander::HelperEventExpander(QString helper)
+HelperEventExpander::HelperEventExpander(QString helper, std::chrono::milliseconds longestRun)
     : m_helper(std::move(helper))
 {
     m_deadline.setSingleShot(true);

@@ -19,9 +19,9 @@ class HelperEventExpander final : public QObject, public EventExpander {
 public:
     using Answer = std::function<void(const std::optional<Result>&)>;
 
-    static constexpr std::chrono::seconds longestRun { 4 };
-
-    explicit HelperEventExpander(QString helper);
+    // A helper that takes longer is ended; it stops by itself when it can.
+    explicit HelperEventExpander(
+        QString helper, std::chrono::milliseconds longestRun = std::chrono::seconds(4));
     ~HelperEventExpander() override;
 
     // A newer request of the same source and context takes the place of one that still waits.

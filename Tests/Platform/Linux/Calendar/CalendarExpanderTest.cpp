@@ -148,7 +148,7 @@ private Q_SLOTS:
         row("XXX3", "12:00", false);
         row("UTC+05", "12:00", false);
         row("Europe", "12:00", false);
-        row("../../usr/share/zoneinfo/Asia/Tokyo", "12:00", false);
+        row("../zoneinfo/Asia/Tokyo", "12:00", false);
         row("/usr/share/zoneinfo/../zoneinfo/./", "12:00", false);
     }
 
