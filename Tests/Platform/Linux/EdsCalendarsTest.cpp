@@ -3,8 +3,6 @@
 #include "Tests/Support/CalendarService.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
-#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -217,28 +215,6 @@ private Q_SLOTS:
         QCOMPARE(::kill(process, SIGCONT), 0);
         QVERIFY(s.add(u"2"_s, u"Two"_s));
         QVERIFY(s.shows({ u"One"_s, u"Two"_s }));
-    }
-
-    void followsAServer()
-    {
-        Setup s;
-        QVERIFY(s.begins({}));
-        QVERIFY(calendar(
-            { u"put"_s, u"m"_s, u"2026-11-21T10:00"_s, u"2026-11-21T11:00"_s, u"Meeting"_s }));
-        QVERIFY(s.shows({ u"Meeting"_s }));
-        const auto before = s.readings(u"work"_s);
-        QVERIFY(calendar(
-            { u"put"_s, u"m"_s, u"2026-11-21T12:00"_s, u"2026-11-21T13:00"_s, u"Moved"_s }));
-        QVERIFY(s.shows({ u"Moved"_s }));
-        QVERIFY(s.readings(u"work"_s) > before);
-        QVERIFY(calendar({ u"remove"_s, u"m"_s }));
-        QVERIFY(s.shows({}));
-    }
-
-private:
-    static bool calendar(const QStringList& words)
-    {
-        return QProcess::execute(QStringLiteral(CORVELLA_TOOLS "/calendar"), words) == 0;
     }
 };
 
