@@ -28,9 +28,10 @@ void trimToCharacter(std::string& line)
     while (lead > least && continuesCharacter(line[lead - 1]))
         --lead;
     if (lead > 0 && (static_cast<unsigned char>(line[lead - 1]) & 0xC0U) == 0xC0U)
-        line.resize(lead - 1);
+        line.erase(lead - 1);
     const auto escapes = line.size() - (line.find_last_not_of('\\') + 1);
-    line.resize(line.size() - escapes % 2);
+    if (escapes % 2 == 1)
+        line.pop_back();
 }
 
 }
