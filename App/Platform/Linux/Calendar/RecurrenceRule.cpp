@@ -235,7 +235,9 @@ std::vector<std::int64_t> RecurrenceRule::starts(Range range) const
     const auto lastPeriod = period(range.to);
     const auto skipped = std::max<std::int64_t>(period(range.from) - firstPeriod, 0);
     const bool countsAll = m_count > 0 && !isEven();
-    const Days limit { CivilTime::day(countsAll ? m_first : range.from), CivilTime::day(range.to) };
+    // Where starts are counted, the one before the range in its own period is among them.
+    const Days limit { CivilTime::day(m_count > 0 ? m_first : range.from),
+        CivilTime::day(range.to) };
     // The first has been counted.
     std::int64_t turn = countsAll ? 0 : (skipped + m_interval - 1) / m_interval;
     std::int64_t number = std::max<std::int64_t>(turn, 1);

@@ -86,6 +86,37 @@ private Q_SLOTS:
             u"1-8T10 1-12T10"_s);
     }
 
+    // The range begins later in a week than the event, or on the day of it.
+    void aCountEndsInTheWeekOfItsLast_data()
+    {
+        QTest::addColumn<QByteArray>("rule");
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QString>("found");
+        const auto row = [](const char* rule, const char* first, const char* from,
+                             const char* found) {
+            QTest::addRow("%s from %s", rule, from) << QByteArray(rule) << QByteArray(first)
+                                                    << QByteArray(from) << QString::fromUtf8(found);
+        };
+        row("FREQ=WEEKLY;COUNT=2", "20261102T100000", "20261113", "");
+        row("FREQ=WEEKLY;COUNT=3", "20261102T100000", "20261113", "11-16T10");
+        row("FREQ=WEEKLY;COUNT=5;BYDAY=TU", "20261006T100000", "20261107", "");
+        row("FREQ=WEEKLY;COUNT=6;BYDAY=TU", "20261006T100000", "20261110", "11-10T10");
+        row("FREQ=WEEKLY;COUNT=3;WKST=SU", "20261101T100000", "20261120", "");
+        row("FREQ=WEEKLY;COUNT=4;WKST=SU", "20261101T100000", "20261120", "11-22T10");
+    }
+
+    void aCountEndsInTheWeekOfItsLast()
+    {
+        QFETCH(const QByteArray, rule);
+        QFETCH(const QByteArray, first);
+        QFETCH(const QByteArray, from);
+        QFETCH(const QString, found);
+        QCOMPARE(starts(rule.constData(), first.constData(), from.constData(), "20261122T235959")
+                     .section(u' ', 0, 0),
+            found);
+    }
+
     void refusesWhatNoAppointmentNeeds_data()
     {
         QTest::addColumn<bool>("isRefused");
