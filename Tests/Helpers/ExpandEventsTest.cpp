@@ -65,6 +65,26 @@ QByteArray hostileZones(const QByteArray& rule, int count)
     return text;
 }
 
+QByteArray withNames(int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += "BEGIN:VEVENT\r\nUID:bad\r\nDTSTART;TZID="
+            + QByteArray::number(i).rightJustified(6, '0').repeated(9000)
+            + ":20200101T000000\r\nEND:VEVENT\r\n";
+    return text;
+}
+
+QByteArray withDates(int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += "BEGIN:VTIMEZONE\r\nTZID:z" + QByteArray::number(i)
+            + "\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\nTZOFFSETTO:+0000\r\nRDATE:"
+            + QByteArray("19700101,").repeated(4100) + "\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+    return text;
+}
+
 QByteArray junk(int size)
 {
     QByteArray bytes(size, Qt::Uninitialized);
@@ -124,6 +144,8 @@ private Q_SLOTS:
             << QByteArray("BEGIN:VEVENT\r\nUID:bad\r\nDTSTART:20260330T100000Z\r\nDESCRIPTION:"
                    + QByteArray(65'000, 'x') + "\r\nEND:VEVENT\r\n")
                    .repeated(1500);
+        QTest::newRow("long names of zones") << withNames(1100);
+        QTest::newRow("dates of zones") << withDates(700);
         QTest::newRow("junk") << junk(20'000'000);
     }
 

@@ -26,11 +26,6 @@ std::size_t size(const EventRecord& event)
     return bytes;
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    return text.substr(0, text.find_last_not_of(" \t") + 1);
-}
-
 }
 
 CalendarScanner::CalendarScanner(const CalendarWindow& window, CalendarContent& content)
@@ -46,9 +41,9 @@ void CalendarScanner::take(std::string_view text, bool isCut)
     if (!line)
         return;
     if (line->isNamed("BEGIN"))
-        begin(trimmed(line->value));
+        begin(CivilTime::trimmed(line->value));
     else if (line->isNamed("END"))
-        end(trimmed(line->value));
+        end(CivilTime::trimmed(line->value));
     else if (m_event && m_depth == 0)
         m_event->take(*line, isCut);
     else if (m_zone)
@@ -63,7 +58,7 @@ void CalendarScanner::begin(std::string_view component)
         m_zone.reset();
         m_depth = 0;
     } else if (is("VTIMEZONE")) {
-        m_zone.emplace();
+        m_zone.emplace(m_window);
         m_event.reset();
     } else if (is("VCALENDAR")) {
         m_event.reset();

@@ -49,6 +49,11 @@ int sign(std::string_view& text)
     return sign;
 }
 
+constexpr char capital(char letter)
+{
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
 bool add(StatedLength& length, char unit, int amount, bool isTime)
 {
     constexpr int minute = 60;
@@ -111,6 +116,13 @@ int CivilTime::daysInYear(int year)
     return std::chrono::year(year).is_leap() ? 366 : 365;
 }
 
+std::string_view CivilTime::trimmed(std::string_view text)
+{
+    constexpr std::string_view blanks = " \t";
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
 std::optional<int> CivilTime::number(std::string_view digits)
 {
     int value = 0;
@@ -132,6 +144,7 @@ std::optional<StatedTime> StatedTime::parse(std::string_view text)
 {
     constexpr std::size_t dateSize = 8;
     constexpr std::size_t localSize = 15;
+    text = CivilTime::trimmed(text);
     const bool isDate = text.size() == dateSize;
     const bool isUtc = text.size() == localSize + 1 && (text.back() == 'Z' || text.back() == 'z');
     if (!isDate && !isUtc && text.size() != localSize)
@@ -150,21 +163,23 @@ std::optional<StatedTime> StatedTime::parse(std::string_view text)
 
 std::optional<StatedLength> StatedLength::parse(std::string_view text)
 {
+    text = CivilTime::trimmed(text);
     const int factor = sign(text);
-    if (text.empty() || text.front() != 'P')
+    if (text.empty() || capital(text.front()) != 'P')
         return {};
     text.remove_prefix(1);
     StatedLength length;
     bool isTime = false;
     while (!text.empty()) {
-        if (!isTime && text.front() == 'T') {
+        if (!isTime && capital(text.front()) == 'T') {
             isTime = true;
             text.remove_prefix(1);
             continue;
         }
         const auto digits = std::min(text.find_first_not_of("0123456789"), text.size());
         const auto amount = CivilTime::number(text.substr(0, digits));
-        if (!amount || digits == text.size() || !add(length, text[digits], *amount, isTime))
+        if (!amount || digits == text.size()
+            || !add(length, capital(text[digits]), *amount, isTime))
             return {};
         text.remove_prefix(digits + 1);
     }
@@ -173,6 +188,7 @@ std::optional<StatedLength> StatedLength::parse(std::string_view text)
 
 std::optional<int> parseUtcOffset(std::string_view text)
 {
+    text = CivilTime::trimmed(text);
     const int factor = sign(text);
     const auto hours = CivilTime::number(text.substr(0, 2));
     const auto minutes = text.size() >= 4 ? CivilTime::number(text.substr(2, 2)) : std::nullopt;

@@ -28,6 +28,8 @@ constexpr std::int64_t day(std::int64_t seconds)
     return (seconds >= 0 ? seconds : seconds - (secondsPerDay - 1)) / secondsPerDay;
 }
 
+// Without the blanks around it.
+std::string_view trimmed(std::string_view text);
 // Digits only, as many as there are.
 std::optional<int> number(std::string_view digits);
 std::optional<int> signedNumber(std::string_view text);

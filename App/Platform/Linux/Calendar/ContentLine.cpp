@@ -42,6 +42,13 @@ bool ContentLine::isSame(std::string_view name, std::string_view upperCaseName)
     return std::ranges::equal(name, upperCaseName, {}, upper);
 }
 
+std::string ContentLine::inCapitals(std::string_view text)
+{
+    std::string capitals(text);
+    std::ranges::transform(capitals, capitals.begin(), upper);
+    return capitals;
+}
+
 std::string_view ContentLine::parameter(std::string_view upperCaseName) const
 {
     auto rest = parameters;
@@ -59,7 +66,7 @@ std::string_view ContentLine::parameter(std::string_view upperCaseName) const
     return {};
 }
 
-std::string ContentLine::text() const
+std::string ContentLine::unescaped(std::string_view value)
 {
     std::string plain;
     plain.reserve(value.size());

@@ -4,10 +4,6 @@
 
 #include <algorithm>
 
-// Earlier changes concern no meeting.
-static const std::int64_t firstUtc
-    = CivilTime::dayNumber({ 1970, 1, 1 }) * CivilTime::secondsPerDay;
-
 CustomZone::CustomZone(const std::vector<Observance>& observances, std::int64_t lastUtc)
 {
     for (const auto& observance : observances)

@@ -18,6 +18,7 @@ public:
         std::vector<StatedTime> dates;
     };
 
+    static constexpr std::int64_t firstUtc = 0; // Earlier changes concern no meeting.
     // No zone has had as many.
     static constexpr std::size_t mostChanges = 4'000;
 

@@ -11,6 +11,9 @@ namespace {
 // No honest event has nearly as many within the window's reach.
 constexpr std::size_t mostDates = 20'000;
 
+constexpr std::size_t longestTitle = 1000; // Characters
+constexpr std::string_view spaces = " \t\r\n\v\f";
+
 void setOnce(std::string& field, std::string value)
 {
     if (field.empty())
@@ -20,7 +23,6 @@ void setOnce(std::string& field, std::string value)
 // The words that may be one: nobody is shown the rest of an event's notes, and many are long.
 std::string addresses(std::string_view notes)
 {
-    constexpr std::string_view spaces = " \t\r\n\v\f";
     std::string words;
     while (!notes.empty()) {
         const auto size = std::min(notes.find_first_of(spaces), notes.size());
@@ -32,14 +34,40 @@ std::string addresses(std::string_view notes)
     return words;
 }
 
-std::string inCapitals(std::string_view text)
+// At most that many characters.
+std::string_view beginning(std::string_view text, std::size_t most)
 {
-    std::string capitals(text);
-    for (auto& letter : capitals) {
-        if (letter >= 'a' && letter <= 'z')
-            letter = static_cast<char>(letter - 'a' + 'A');
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isFirstByte = (static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U;
+        if (isFirstByte && ++characters > most)
+            return text.substr(0, i);
     }
-    return capitals;
+    return text;
+}
+
+// What is left of a long location has its addresses whole.
+std::string shortened(std::string_view location)
+{
+    constexpr std::size_t most = 1000; // Characters
+    constexpr std::size_t mostWithAddresses = 2000; // Bytes
+    auto kept = beginning(location, most);
+    if (kept.size() == location.size())
+        return std::string(location);
+    const auto lastWord = kept.find_last_of(spaces) + 1; // 0 without a space.
+    auto more = addresses(location.substr(lastWord));
+    const auto wordSize = std::min(location.find_first_of(spaces, lastWord), location.size());
+    if (location.substr(lastWord, wordSize - lastWord).find("://") != std::string_view::npos)
+        kept = kept.substr(0, lastWord);
+    kept = kept.substr(0, kept.find_last_not_of(spaces) + 1);
+    std::string text(kept);
+    for (std::string_view rest = more; !rest.empty();) {
+        const auto size = std::min(rest.find(' '), rest.size());
+        if (text.size() + 1 + size <= mostWithAddresses)
+            text.append(text.empty() ? "" : " ").append(rest.substr(0, size));
+        rest.remove_prefix(std::min(size + 1, rest.size()));
+    }
+    return text;
 }
 
 template <typename Visit>
@@ -109,9 +137,9 @@ void EventBuilder::set(Property property, const ContentLine& line)
     case Property::uid:
         return setOnce(m_event.uid, line.text());
     case Property::summary:
-        return setOnce(m_event.title, line.text());
+        return setOnce(m_event.title, std::string(beginning(line.text(), longestTitle)));
     case Property::location:
-        return setOnce(m_event.location, line.text());
+        return setOnce(m_event.location, shortened(line.text()));
     case Property::description:
         return setOnce(m_event.notes, addresses(line.text()));
     case Property::url:
@@ -144,10 +172,10 @@ void EventBuilder::set(Property property, const ContentLine& line)
         return addExceptions(line);
     case Property::recurrenceId:
         m_event.replaces = time(line, line.value);
-        m_event.replacesFollowing = line.parameter("RANGE") == "THISANDFUTURE";
+        m_event.replacesFollowing = ContentLine::isSame(line.parameter("RANGE"), "THISANDFUTURE");
         return;
     case Property::sequence:
-        m_event.sequence = CivilTime::number(line.value).value_or(0);
+        m_event.sequence = CivilTime::number(CivilTime::trimmed(line.value)).value_or(0);
         return;
     case Property::other:
         return;
@@ -156,7 +184,7 @@ void EventBuilder::set(Property property, const ContentLine& line)
 
 void EventBuilder::addRule(std::vector<std::string>& rules, const ContentLine& line)
 {
-    rules.push_back(inCapitals(line.value));
+    rules.push_back(ContentLine::inCapitals(line.value));
     m_isRefused = m_isRefused || RecurrenceRule::isRefused(rules.back())
         || m_event.rules.size() + m_event.exceptionRules.size() > mostRules;
 }
@@ -192,7 +220,7 @@ std::optional<StatedTime> EventBuilder::time(const ContentLine& line, std::strin
 {
     auto time = StatedTime::parse(value);
     if (time && time->kind == StatedTime::Kind::local)
-        time->place = m_places.index(line.parameter("TZID"));
+        time->place = m_places.index(ContentLine::unescaped(line.parameter("TZID")));
     return time;
 }
 

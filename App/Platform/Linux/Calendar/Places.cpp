@@ -2,13 +2,26 @@
 
 #include <QTimeZone>
 
+#include <utility>
+
 namespace {
 
 constexpr std::size_t mostNames = 4096;
+constexpr std::size_t longestName = 200;
 constexpr std::size_t mostDescriptions = 4096;
+constexpr std::size_t largestDescriptions = 4 * 1024 * 1024; // Bytes
 constexpr std::size_t mostChanges = 200'000;
 constexpr qsizetype mostUnknown = 100;
-constexpr std::size_t longestUnknown = 200;
+
+std::size_t sizeOf(const std::vector<CustomZone::Observance>& observances)
+{
+    std::size_t bytes = 0;
+    for (const auto& observance : observances) {
+        bytes += sizeof observance + observance.rule.capacity()
+            + observance.dates.capacity() * sizeof(StatedTime);
+    }
+    return bytes;
+}
 
 }
 
@@ -24,7 +37,7 @@ const Zone* SystemZones::named(std::string_view name)
 
 std::uint32_t Places::index(std::string_view name)
 {
-    if (name.empty())
+    if (name.empty() || name.size() > longestName)
         return StatedTime::anywhere;
     std::string key(name);
     if (const auto known = m_indices.find(key); known != m_indices.end())
@@ -39,8 +52,24 @@ std::uint32_t Places::index(std::string_view name)
 
 void Places::describe(std::string_view name, std::vector<CustomZone::Observance> observances)
 {
-    if (m_described.size() < mostDescriptions)
-        m_described.insert_or_assign(std::string(name), std::move(observances));
+    if (name.size() > longestName || m_described.size() >= mostDescriptions)
+        return;
+    auto& described = m_described[std::string(name)];
+    m_describedSize -= sizeOf(std::exchange(described, {}));
+    const auto size = sizeOf(observances);
+    if (m_describedSize + size > largestDescriptions) {
+        m_described.erase(std::string(name));
+        return;
+    }
+    m_describedSize += size;
+    described = std::move(observances);
+}
+
+std::size_t Places::size() const
+{
+    constexpr std::size_t perName = 2 * (sizeof(std::string) + longestName);
+    constexpr std::size_t perChange = 16;
+    return m_describedSize + m_names.size() * perName + m_changes * perChange;
 }
 
 const Zone& Places::zone(const StatedTime& time, SystemZones& system, std::int64_t lastUtc)
@@ -58,7 +87,7 @@ const Zone& Places::zone(const StatedTime& time, SystemZones& system, std::int64
         found = &system.local();
         const auto& name = m_names[time.place];
         if (m_unknown.size() < mostUnknown)
-            m_unknown << QString::fromStdString(name.substr(0, longestUnknown));
+            m_unknown << QString::fromStdString(name);
     }
     return *found;
 }

@@ -26,8 +26,9 @@ private:
 
 class Places final {
 public:
-    // StatedTime::anywhere for no name, and once there are too many of them.
+    // StatedTime::anywhere for no name, one that is too long, and once there are too many of them.
     std::uint32_t index(std::string_view name);
+    // A zone is left out where the memory for them is full.
     void describe(std::string_view name, std::vector<CustomZone::Observance> observances);
 
     bool isDescribed(const StatedTime& time) const
@@ -43,6 +44,7 @@ public:
     }
     // That were asked for and mean nothing.
     const QStringList& unknown() const { return m_unknown; }
+    std::size_t size() const; // Bytes, about.
 
 private:
     const Zone* find(const std::string& name, SystemZones& system, std::int64_t lastUtc);
@@ -50,6 +52,7 @@ private:
     std::vector<std::string> m_names { std::string() };
     std::unordered_map<std::string, std::uint32_t> m_indices;
     std::unordered_map<std::string, std::vector<CustomZone::Observance>> m_described;
+    std::size_t m_describedSize = 0; // Bytes
     std::vector<std::unique_ptr<Zone>> m_custom;
     std::size_t m_changes = 0; // Of all of them.
     std::vector<const Zone*> m_found;

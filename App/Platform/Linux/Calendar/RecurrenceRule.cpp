@@ -36,7 +36,7 @@ void eachNumber(std::string_view list, Visit visit)
 template <typename Visit>
 void eachPart(std::string_view rule, Visit visit)
 {
-    split(rule, ';', [&](std::string_view part) {
+    split(CivilTime::trimmed(rule), ';', [&](std::string_view part) {
         const auto equalSign = part.find('=');
         if (equalSign != std::string_view::npos)
             visit(part.substr(0, equalSign), part.substr(equalSign + 1));

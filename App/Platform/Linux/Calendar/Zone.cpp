@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QHash>
 #include <QTimeZone>
 
 #include <algorithm>
@@ -46,6 +47,23 @@ struct SystemZone final : Zone {
     QTimeZone zone;
 };
 
+bool isInstalled(const QByteArray& name)
+{
+    return QFileInfo(u"/usr/share/zoneinfo/"_s + QString::fromLatin1(name)).isFile();
+}
+
+// Empty where no zone is called so in any case.
+QByteArray inItsCase(const QByteArray& name)
+{
+    static const auto known = [] {
+        QHash<QByteArray, QByteArray> names;
+        for (const auto& id : QTimeZone::availableTimeZoneIds())
+            names.insert(id.toLower(), id);
+        return names;
+    }();
+    return known.value(name.toLower());
+}
+
 bool isPlain(char letter)
 {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z')
@@ -72,10 +90,12 @@ std::unique_ptr<Zone> Zone::named(std::string_view name)
     if (!isFit)
         return {};
     // QTimeZone makes a zone of much that is the name of none.
-    const auto file = QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
-    if (!QFileInfo(u"/usr/share/zoneinfo/"_s + file).isFile())
+    QByteArray file(name.data(), static_cast<qsizetype>(name.size()));
+    if (!isInstalled(file))
+        file = inItsCase(file);
+    if (file.isEmpty() || !isInstalled(file))
         return {};
-    auto zone = std::make_unique<SystemZone>(file.toLatin1());
+    auto zone = std::make_unique<SystemZone>(file);
     return zone->zone.isValid() ? std::unique_ptr<Zone>(std::move(zone)) : nullptr;
 }
 

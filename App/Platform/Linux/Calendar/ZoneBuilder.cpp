@@ -5,6 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+ZoneBuilder::ZoneBuilder(const CalendarWindow& window)
+    : m_window(window)
+{
+}
+
 void ZoneBuilder::begin()
 {
     m_observance = {};
@@ -30,7 +35,7 @@ void ZoneBuilder::take(const ContentLine& line, bool isCut)
     if (m_isInObservance)
         setInObservance(line);
     else if (line.isNamed("TZID"))
-        m_name = line.value;
+        m_name = line.text();
 }
 
 void ZoneBuilder::finish(Places& places)
@@ -63,7 +68,9 @@ void ZoneBuilder::addDates(const ContentLine& line)
     auto list = line.value;
     while (!list.empty()) {
         const auto size = std::min(list.find(','), list.size());
-        if (const auto date = StatedTime::parse(list.substr(0, size)))
+        const auto date = StatedTime::parse(list.substr(0, size));
+        if (date && date->seconds >= CustomZone::firstUtc - CalendarWindow::margin
+            && date->seconds <= m_window.end + CalendarWindow::margin)
             m_observance.dates.push_back(*date);
         list.remove_prefix(std::min(size + 1, list.size()));
     }
@@ -71,7 +78,8 @@ void ZoneBuilder::addDates(const ContentLine& line)
 
 void ZoneBuilder::addRule(const ContentLine& line)
 {
-    const auto rule = RecurrenceRule::parse(line.value, 0);
+    auto text = ContentLine::inCapitals(line.value);
+    const auto rule = RecurrenceRule::parse(text, 0);
     m_isRefused = m_isRefused || !rule || !rule->isYearly() || !m_observance.rule.empty();
-    m_observance.rule = line.value;
+    m_observance.rule = std::move(text);
 }

@@ -1,6 +1,7 @@
 // Makes a zone of a VTIMEZONE's lines.
 #pragma once
 
+#include "App/Platform/Linux/Calendar/CalendarWindow.h"
 #include "App/Platform/Linux/Calendar/ContentLine.h"
 #include "App/Platform/Linux/Calendar/Places.h"
 
@@ -8,6 +9,8 @@ class ZoneBuilder final {
 public:
     static constexpr std::size_t largestZone = 64 * 1024; // Bytes
     static constexpr std::size_t mostObservances = 512;
+
+    explicit ZoneBuilder(const CalendarWindow& window);
 
     void begin();
     void end();
@@ -20,6 +23,7 @@ private:
     void addDates(const ContentLine& line);
     void addRule(const ContentLine& line);
 
+    const CalendarWindow& m_window;
     std::string m_name;
     std::vector<CustomZone::Observance> m_observances;
     CustomZone::Observance m_observance;
