@@ -11,16 +11,19 @@ struct CalendarWindow {
     // One occurrence of a repeated event does not last longer.
     static constexpr std::int64_t longestOccurrence = 366 * CivilTime::secondsPerDay;
 
+    // A change from an occurrence on moves what follows by no more than that.
+    static constexpr std::int64_t longestShift = 62 * CivilTime::secondsPerDay;
+
     // Whether [from, to) may overlap, wherever the times are meant.
     bool isNear(std::int64_t from, std::int64_t to) const
     {
         return from <= end + margin && std::max(from, to) >= start - margin;
     }
 
-    // Whether an occurrence that starts then may overlap.
+    // Whether an occurrence that starts then may overlap, even after it has been moved.
     bool mayReach(const StatedTime& time) const
     {
-        return isNear(time.seconds, time.seconds + longestOccurrence);
+        return isNear(time.seconds - longestShift, time.seconds + longestOccurrence + longestShift);
     }
 
     // Seconds of UTC.

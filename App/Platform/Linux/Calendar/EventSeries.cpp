@@ -12,7 +12,6 @@ namespace {
 
 // Of changes from an occurrence on; a calendar has few for one event.
 constexpr std::size_t mostFollowing = 100;
-constexpr std::int64_t longestShift = 62 * CivilTime::secondsPerDay;
 
 bool isWholeDay(const EventRecord& event)
 {
@@ -68,7 +67,7 @@ bool EventSeries::expand(std::span<const EventRecord* const> records, const Time
             return false;
         if (event->repeats())
             expandRepeated(*event);
-        else
+        else if (!isLeftOut(*event))
             expandOnce(*event);
     }
     for (const auto* replacement : m_replacements) {
@@ -114,7 +113,7 @@ void EventSeries::sortOutReplacements(std::span<const EventRecord* const> record
     for (const auto* record : records) {
         if (!record->replaces)
             continue;
-        auto& known = newest[{ m_clock.toUtc(*record->replaces), record->replacesFollowing }];
+        auto& known = newest[{ m_clock.toUtc(replacedBy(*record)), record->replacesFollowing }];
         if (!known || record->sequence >= known->sequence)
             known = record;
     }
@@ -125,20 +124,37 @@ void EventSeries::sortOutReplacements(std::span<const EventRecord* const> record
         m_replacements.push_back(record);
         if (record->replacesFollowing)
             continue;
-        name(m_replacedDays, *record->replaces, true);
-        name(m_replacedTimes, *record->replaces, false);
+        name(m_replacedDays, replacedBy(*record), true);
+        name(m_replacedTimes, replacedBy(*record), false);
     }
 }
 
 void EventSeries::expandOnce(const EventRecord& event)
 {
     const auto start = m_clock.toUtc(event.start);
-    const auto& replaced = event.replaces;
-    takeOverlapping({ event, isWholeDay(event), start, end(event, event.start.seconds, start),
-        replaced ? stamp(
-            replaced->kind == StatedTime::Kind::date ? replaced->seconds : m_clock.toUtc(*replaced),
-            replaced->kind == StatedTime::Kind::date)
-                 : std::string() });
+    std::string id;
+    if (event.replaces) {
+        const auto replaced = replacedBy(event);
+        const bool isDay = replaced.kind == StatedTime::Kind::date;
+        id = stamp(isDay ? replaced.seconds : m_clock.toUtc(replaced), isDay);
+    }
+    takeOverlapping(
+        { event, isWholeDay(event), start, end(event, event.start.seconds, start), std::move(id) });
+}
+
+EventSeries::Named EventSeries::excluded(const EventRecord& event) const
+{
+    Named excluded;
+    for (const auto& exception : event.exceptions)
+        name(excluded, onClockOf(event, exception), isWholeDay(event));
+    return excluded;
+}
+
+bool EventSeries::isLeftOut(const EventRecord& event) const
+{
+    const Start start { event.start.seconds, m_clock.toUtc(event.start) };
+    const auto& replaced = isWholeDay(event) ? m_replacedDays : m_replacedTimes;
+    return has(replaced, start) || (!event.exceptions.empty() && has(excluded(event), start));
 }
 
 void EventSeries::expandRepeated(const EventRecord& event)
@@ -146,13 +162,11 @@ void EventSeries::expandRepeated(const EventRecord& event)
     const auto changes = following(event);
     std::int64_t shift = 0;
     for (const auto& change : changes)
-        shift = std::max(shift, std::min(std::abs(change.shift), longestShift));
-    Named excluded;
-    for (const auto& exception : event.exceptions)
-        name(excluded, exception, isWholeDay(event));
+        shift = std::max(shift, std::min(std::abs(change.shift), CalendarWindow::longestShift));
+    const auto exceptions = excluded(event);
     const auto& replaced = isWholeDay(event) ? m_replacedDays : m_replacedTimes;
     for (const auto& start : starts(event, shift)) {
-        if (!has(excluded, start) && !has(replaced, start))
+        if (!has(exceptions, start) && !has(replaced, start))
             take(event, start, changes);
     }
 }
@@ -196,7 +210,9 @@ std::vector<EventSeries::Start> EventSeries::starts(
         const auto local = extra.start.kind == StatedTime::Kind::date
             ? extra.start.seconds + timeOfDay
             : localTime(event, extra.start);
-        starts.push_back({ local, zone.toUtc(local), &extra });
+        // The later of two equal hours is only told in UTC.
+        const bool isInstant = extra.start.kind == StatedTime::Kind::utc && !isWholeDay(event);
+        starts.push_back({ local, isInstant ? extra.start.seconds : zone.toUtc(local), &extra });
     }
     starts.push_back({ event.start.seconds, zone.toUtc(event.start.seconds) });
     for (const auto& rule : event.rules) {
@@ -240,12 +256,28 @@ std::vector<EventSeries::Following> EventSeries::following(const EventRecord& ev
     for (const auto* replacement : m_replacements) {
         if (!replacement->replacesFollowing)
             continue;
-        const auto replaced = localTime(event, *replacement->replaces);
+        const auto replaced = localTime(event, replacedBy(*replacement));
         changes.push_back(
             { zone.toUtc(replaced), localTime(event, replacement->start) - replaced, replacement });
     }
     std::ranges::stable_sort(changes, {}, &Following::from);
     return changes;
+}
+
+// Without a zone of its own, a time of a series is read off the clock of the series.
+StatedTime EventSeries::onClockOf(const EventRecord& event, StatedTime time)
+{
+    const auto local = StatedTime::Kind::local;
+    const bool isBare = time.kind == local && time.place == StatedTime::anywhere;
+    if (isBare && event.start.kind == local)
+        time.place = event.start.place;
+    return time;
+}
+
+StatedTime EventSeries::replacedBy(const EventRecord& replacement) const
+{
+    const auto& replaced = *replacement.replaces;
+    return m_events.empty() ? replaced : onClockOf(*m_events.front(), replaced);
 }
 
 void EventSeries::name(Named& named, const StatedTime& time, bool isWholeDay) const

@@ -73,10 +73,15 @@ private:
         const EventRecord& event, const Start& start, const std::vector<Following>& following);
     void takeOverlapping(const Occurrence& occurrence);
 
+    Named excluded(const EventRecord& event) const;
+    // Of an event that happens once.
+    bool isLeftOut(const EventRecord& event) const;
     std::vector<Start> starts(const EventRecord& event, std::int64_t longestShift) const;
     std::vector<std::int64_t> ruledStarts(
         const EventRecord& event, const std::string& rule, std::int64_t longestShift) const;
     std::vector<Following> following(const EventRecord& event) const;
+    static StatedTime onClockOf(const EventRecord& event, StatedTime time);
+    StatedTime replacedBy(const EventRecord& replacement) const;
     void name(Named& named, const StatedTime& time, bool isWholeDay) const;
     static bool has(const Named& named, const Start& start);
 

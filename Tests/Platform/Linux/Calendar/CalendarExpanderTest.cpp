@@ -86,6 +86,40 @@ private Q_SLOTS:
             replacing("SEQUENCE:2\r\nRECURRENCE-ID:20260329T080000Z\r\nDTSTART:20260329T150000")
                 + event("RECURRENCE-ID:20260329T080000Z\r\nDTSTART:20260329T160000"),
             "event 29.15:00-29.15:00");
+        row("an exception to an event without rules",
+            event("DTSTART:20260329T100000\r\nEXDATE:20260329T100000"), "");
+        row("an exception beside a date far away",
+            event("DTSTART:20260329T100000\r\nRDATE:20360329T100000\r\nEXDATE:20260329T100000"),
+            "");
+        row("an event without rules, replaced",
+            event("DTSTART:20260329T100000")
+                + event("RECURRENCE-ID:20260329T100000\r\nDTSTART:20260329T150000"),
+            "event 29.15:00-29.15:00");
+        row("replaced by the event's own clock",
+            event("DTSTART;TZID=America/New_York:20260101T100000\r\nRRULE:FREQ=DAILY")
+                + event("RECURRENCE-ID:20260329T100000\r\nDTSTART:20260329T180000"),
+            "event 29.18:00-29.18:00");
+        row("an exception by the event's own clock",
+            event("DTSTART;TZID=America/New_York:20260101T100000\r\nRRULE:FREQ=DAILY\r\n"
+                  "EXDATE:20260329T100000"),
+            "");
+        row("blanks around values",
+            event("DTSTART: 20260322T080000Z \r\nDTEND:20260322T090000Z\t\r\nRRULE: FREQ=WEEKLY "),
+            "event 29.10:00-29.11:00");
+        row("a length in small letters", event("DTSTART:20260329T080000Z\r\nDURATION:pt1h30m"),
+            "event 29.10:00-29.11:30");
+        row("moved from then on, in small letters",
+            replacing("RECURRENCE-ID;RANGE=thisandfuture:20260301T090000Z\r\nDTSTART;TZID=Europe/"
+                      "Berlin:20260301T133000"),
+            "event 29.13:30-29.13:30");
+        row("an exception that is moved into the day",
+            event("DTSTART;TZID=Europe/Berlin:20260501T100000\r\nRRULE:FREQ=DAILY\r\nEXDATE;TZID="
+                  "Europe/Berlin:20260503T100000")
+                + event("RECURRENCE-ID;RANGE=THISANDFUTURE;TZID=Europe/"
+                        "Berlin:20260501T100000\r\nDTSTART;TZID=Europe/Berlin:20260327T100000"),
+            "");
+        row("a zone in wrong case", event("DTSTART;TZID=asia/TOKYO:20260329T200000"),
+            "event 29.13:00-29.13:00");
         row("cancelled",
             replacing(
                 "RECURRENCE-ID:20260329T080000Z\r\nDTSTART:20260329T080000Z\r\nSTATUS:CANCELLED"),
@@ -126,6 +160,16 @@ private Q_SLOTS:
                      .events.first()
                      .start,
             Moment(std::chrono::seconds(1792888200)));
+    }
+
+    void aDateInUtcKeepsItsInstant()
+    {
+        const auto result
+            = Setup(QDate(2026, 10, 25))
+                  .expand(Setup::event("DTSTART;TZID=Europe/Berlin:20261001T023000\r\n"
+                                       "RDATE:20261025T013000Z"));
+        QCOMPARE(result.events.size(), 1);
+        QCOMPARE(result.events.first().start, Moment(std::chrono::seconds(1792891800)));
     }
 
     void aZoneIsWhatItsNameSays_data()
@@ -182,6 +226,30 @@ private Q_SLOTS:
         QCOMPARE(Setup().agenda(at("003000")), u"event 29.01:30-29.01:30"_s);
         QCOMPARE(Setup().agenda(at("013000")), u"event 29.03:30-29.03:30"_s);
         QCOMPARE(Setup().agenda(at("120000")), u"event 29.13:00-29.13:00"_s);
+    }
+
+    void aDescribedZoneIsFoundHoweverItIsWritten()
+    {
+        const QByteArray zone(
+            "BEGIN:VTIMEZONE\r\nTZID:Amsterdam\\, Berlin\r\nBEGIN:DAYLIGHT\r\n"
+            "DTSTART:16010101T010000 \r\nTZOFFSETFROM:+0000\r\nTZOFFSETTO:+0530 \r\n"
+            "RRULE:freq=yearly;bymonth=3;byday=-1su\r\nEND:DAYLIGHT\r\nBEGIN:STANDARD\r\n"
+            "DTSTART:16011001T010000\r\nTZOFFSETFROM:+0530\r\nTZOFFSETTO:+0000\r\n"
+            "RRULE:freq=yearly;bymonth=10;byday=-1su\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n");
+        for (const QByteArray name : { "\"Amsterdam, Berlin\"", "\"Amsterdam\\, Berlin\"" }) {
+            const auto result
+                = Setup().expand(zone + Setup::event("DTSTART;TZID=" + name + ":20260329T133000"));
+            QCOMPARE(Setup::agenda(result), u"event 29.10:00-29.10:00"_s);
+            QCOMPARE(result.unknownZones, QStringList());
+        }
+    }
+
+    void aNameTooLongForAZoneIsNone()
+    {
+        const auto result = Setup().expand(
+            Setup::event("DTSTART;TZID=" + QByteArray(201, 'x') + ":20260329T120000"));
+        QCOMPARE(Setup::agenda(result), u"event 29.12:00-29.12:00"_s);
+        QCOMPARE(result.unknownZones, QStringList());
     }
 
     void aZoneWithAHostileRuleIsNone()
@@ -296,6 +364,27 @@ private Q_SLOTS:
                                    + QByteArray("ä").repeated(100'000)))
                                .events.first();
         QVERIFY(event.notes && event.notes->size() > 30'000 && event.notes->endsWith(u'ä'));
+    }
+
+    void longTitlesAndLocationsAreCut()
+    {
+        const QByteArray address = "https://meet.example/" + QByteArray(900, 'a');
+        const auto letters = QByteArray("\xC3\xA4").repeated(30'000);
+        const auto location = [&](const QByteArray& text) {
+            return Setup()
+                .expand(Setup::event(
+                    "DTSTART:20260329T100000\r\nSUMMARY:" + letters + "\r\nLOCATION:" + text))
+                .events.first();
+        };
+        QCOMPARE(location("x").title, QString(1000, u'\u00E4'));
+        QCOMPARE(location(letters).location, QString(1000, u'\u00E4'));
+        const auto words = QByteArray("Room ").repeated(150);
+        QCOMPARE(
+            location(words + address + ' ' + letters).location, QString::fromUtf8(words + address));
+        QCOMPARE(location(words + words + address).location->section(u' ', -1),
+            QString::fromUtf8(address));
+        QCOMPARE(location(words + address + QByteArray(60'000, 'a')).location,
+            QString::fromUtf8(words.trimmed()));
     }
 
     void aTextThatIsCutOffKeepsEveryCompleteEvent()
