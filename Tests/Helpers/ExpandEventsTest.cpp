@@ -85,6 +85,26 @@ QByteArray withDates(int count)
     return text;
 }
 
+QByteArray dear(int count)
+{
+    QByteArray rule("RRULE:FREQ=YEARLY;BYMONTHDAY=1");
+    for (int day = 2; day <= 31; ++day)
+        rule += ',' + QByteArray::number(day);
+    rule += ";BYHOUR=0";
+    for (int hour = 1; hour < 24; ++hour)
+        rule += ',' + QByteArray::number(hour);
+    rule += ";BYMINUTE=0,30;BYSETPOS=";
+    QByteArray text;
+    for (int i = 0; i < count; ++i) {
+        text += "BEGIN:VEVENT\r\nUID:a" + QByteArray::number(i)
+            + "\r\nDTSTART:20200101T000000Z\r\nDURATION:P366D\r\n";
+        for (int j = 1; j <= 4; ++j)
+            text += rule + QByteArray::number(j + i % 300) + "\r\n";
+        text += "END:VEVENT\r\n";
+    }
+    return text;
+}
+
 QByteArray junk(int size)
 {
     QByteArray bytes(size, Qt::Uninitialized);
@@ -184,7 +204,10 @@ private Q_SLOTS:
         write(u"locked.ics"_s, { good("locked") });
         QVERIFY(QFile::setPermissions(m_dir->filePath(u"locked.ics"_s), QFile::Permissions()));
         const auto run = expand({ m_dir->path(), m_dir->filePath(u"fifo.ics"_s) });
-        QVERIFY(run.result && run.result->isComplete);
+        const bool isLocked
+            = access(QFile::encodeName(m_dir->filePath(u"locked.ics"_s)).constData(), R_OK) != 0;
+        QVERIFY(run.result);
+        QCOMPARE(run.result->isComplete, !isLocked);
         QCOMPARE(goodOnes(*run.result), 1);
         checkCost(run);
     }
@@ -211,6 +234,21 @@ private Q_SLOTS:
         const auto run = expand({ m_dir->path() });
         QVERIFY(run.result && !run.result->isComplete);
         QCOMPARE(goodOnes(*run.result), 1);
+        checkCost(run);
+    }
+
+    void dearRulesTakeNothingFromLargerFiles()
+    {
+        write(u"dear.ics"_s, { dear(1000) });
+        write(u"larger.ics"_s,
+            { good("first"), "BEGIN:VEVENT\r\nUID:good\r\nDTSTART:20260322T100000Z\r\nRRULE:FREQ=",
+                "WEEKLY\r\nEND:VEVENT\r\nBEGIN:VEVENT\r\nUID:last\r\nDTSTART:20260302T100000Z",
+                "\r\nRRULE:FREQ=WEEKLY;COUNT=9;BYDAY=MO,SU\r\nEND:VEVENT\r\n",
+                QByteArray("X-FILLER:x\r\n").repeated(200'000) });
+        const auto run = expand({ m_dir->path() });
+        QVERIFY(run.result);
+        if (measures || run.result->isComplete)
+            QCOMPARE(goodOnes(*run.result), 3);
         checkCost(run);
     }
 

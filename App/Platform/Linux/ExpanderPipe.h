@@ -8,7 +8,7 @@ namespace ExpanderPipe {
 constexpr qsizetype largestAnswer = qsizetype { 32 } * 1024 * 1024; // Bytes
 constexpr qsizetype largestHead = qsizetype { 4 } * 1024 * 1024; // Bytes
 constexpr qsizetype mostPaths = 10'000;
-constexpr qsizetype mostEvents = 20'000;
+constexpr qsizetype mostEvents = 5'000;
 constexpr qsizetype mostZones = 100;
 
 // Bytes that stand before a head and say how many follow.

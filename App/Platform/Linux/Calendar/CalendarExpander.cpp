@@ -15,6 +15,8 @@ namespace {
 // the second.
 constexpr qsizetype fullestNotes = qsizetype { 8 } * 1024 * 1024;
 constexpr qsizetype fullestText = qsizetype { 12 } * 1024 * 1024;
+// Of contents between two turns, in bytes.
+constexpr std::size_t mostKept = std::size_t { 12 } * 1024 * 1024;
 
 std::int64_t bounded(double seconds)
 {
@@ -57,19 +59,15 @@ qsizetype sizeBesideNotes(const EventRecord& record)
 
 bool isDear(const EventRecord& record, const CalendarContent& content)
 {
-    return content.places.isDescribed(record.start)
-        || std::ranges::any_of(record.rules,
-            [](const std::string& rule) { return rule.find("COUNT=") != std::string::npos; });
-}
-
-// What comes first is not kept from its place by what may take long, or fill the answer.
-int rank(std::span<const EventRecord* const> group, const CalendarContent& content)
-{
-    const bool hasDear = std::ranges::any_of(
-        group, [&](const EventRecord* record) { return isDear(*record, content); });
-    if (hasDear)
-        return 2;
-    return group.size() > 1 || group.front()->repeats() ? 1 : 0;
+    const auto isDearRule = [&](const std::string& text) {
+        // Most have neither, and need not be read for it.
+        if (text.find("COUNT") == std::string::npos && text.find("BYSETPOS") == std::string::npos)
+            return false;
+        const auto rule = RecurrenceRule::parse(text, record.start.seconds);
+        return rule && rule->isDear();
+    };
+    return content.places.isDescribed(record.start) || std::ranges::any_of(record.rules, isDearRule)
+        || std::ranges::any_of(record.exceptionRules, isDearRule);
 }
 
 }
@@ -78,7 +76,8 @@ CalendarExpander::CalendarExpander(const EventExpander::Request& request, const 
     : m_request(request)
     , m_budgets(budgets)
     , m_window(window(request))
-    , m_textScanner(m_window, m_textContent)
+    , m_text { {}, std::make_unique<CalendarContent>() }
+    , m_textScanner(m_window, *m_text.content)
 {
 }
 
@@ -93,9 +92,12 @@ void CalendarExpander::addText(std::string_view bytes)
 EventExpander::Result CalendarExpander::finish()
 {
     m_textScanner.finish();
-    expand(m_textContent);
-    m_textContent = {};
-    readFiles(m_request.paths);
+    findCalendars();
+    for (const auto turn : { Turn::single, Turn::cheap, Turn::dear }) {
+        for (auto& calendar : m_calendars)
+            take(turn, calendar);
+        std::erase_if(m_calendars, [](const Calendar& calendar) { return !calendar.hasMore; });
+    }
     std::ranges::stable_sort(
         m_result.events, [](const CalendarEvent& one, const CalendarEvent& other) {
             return std::tie(one.start, one.identifier) < std::tie(other.start, other.identifier);
@@ -103,41 +105,96 @@ EventExpander::Result CalendarExpander::finish()
     return std::move(m_result);
 }
 
-void CalendarExpander::readFiles(const QStringList& paths)
+void CalendarExpander::findCalendars()
 {
-    for (const auto& file : CalendarFiles::find(paths, m_budgets.reading)) {
-        CalendarContent content;
-        CalendarScanner scanner(m_window, content);
-        CalendarFiles::read(file, [&](std::string_view bytes) {
-            if (m_budgets.reading.isSpent())
-                content.isComplete = false;
-            else
-                scanner.feed(bytes);
-            return content.isComplete;
-        });
-        if (content.isComplete)
-            scanner.finish();
-        expand(content);
+    if (!m_text.content->events.empty() || !m_text.content->isComplete)
+        m_calendars.push_back(std::move(m_text));
+    const auto found = CalendarFiles::find(m_request.paths, m_budgets.reading);
+    m_result.isComplete = m_result.isComplete && found.isComplete;
+    for (const auto& file : found.files)
+        m_calendars.push_back({ file });
+    m_isShared = m_calendars.size() > 1;
+}
+
+std::unique_ptr<CalendarContent> CalendarExpander::read(
+    const QByteArray& file, const TimeBudget& budget)
+{
+    auto content = std::make_unique<CalendarContent>();
+    CalendarScanner scanner(m_window, *content);
+    bool isInTime = true;
+    const bool isReadable = CalendarFiles::read(file, [&](std::string_view bytes) {
+        isInTime = !budget.isSpent();
+        if (isInTime)
+            scanner.feed(bytes);
+        return isInTime;
+    });
+    if (isInTime)
+        scanner.finish();
+    content->isComplete = content->isComplete && isInTime && isReadable;
+    return content;
+}
+
+void CalendarExpander::take(Turn turn, Calendar& calendar)
+{
+    const bool isFirst = turn == Turn::single;
+    const bool isLast = turn == Turn::dear && &calendar == &m_calendars.back();
+    const auto budget = isFirst || isLast ? m_budgets.expanding : m_budgets.expanding.half();
+    if (!calendar.content)
+        calendar.content = read(calendar.file, isFirst ? m_budgets.reading : budget);
+    m_kept -= std::exchange(calendar.size, 0);
+    calendar.hasMore = false;
+    expand(turn, calendar, budget);
+    noteUnknownZones(*calendar.content);
+    keepOrForget(calendar);
+}
+
+void CalendarExpander::keepOrForget(Calendar& calendar)
+{
+    constexpr std::size_t frame = 4096;
+    const auto size = frame + calendar.content->size + calendar.content->places.size();
+    const bool fits
+        = calendar.file.isEmpty() || size <= (mostKept - std::min(m_kept, mostKept)) / 2;
+    if (calendar.hasMore && fits)
+        m_kept += calendar.size = size;
+    else
+        calendar.content.reset();
+}
+
+void CalendarExpander::expand(Turn now, Calendar& calendar, const TimeBudget& budget)
+{
+    auto& content = *calendar.content;
+    m_result.isComplete = m_result.isComplete && content.isComplete;
+    EventSeries series(m_window, { content.places, m_zones, m_window.end + CalendarWindow::margin },
+        [&](const Occurrence& occurrence) { add(calendar, occurrence); });
+    const auto events = sorted(content);
+    for (const auto& group : groups(events)) {
+        const auto its = turn(group, content);
+        calendar.hasMore = calendar.hasMore || its > now;
+        if (its == now && !series.expand(group, budget)) {
+            m_result.isComplete = false;
+            calendar.hasMore = calendar.hasMore || now < Turn::dear;
+            return;
+        }
     }
 }
 
-void CalendarExpander::expand(CalendarContent& content)
+void CalendarExpander::noteUnknownZones(const CalendarContent& content)
 {
-    m_result.isComplete = m_result.isComplete && content.isComplete;
-    EventSeries series(m_window, { content.places, m_zones, m_window.end + CalendarWindow::margin },
-        [this](const Occurrence& occurrence) { add(occurrence); });
-    const auto events = sorted(content);
-    for (const auto& group : groups(events, content)) {
-        if (!series.expand(group, m_budgets.expanding)) {
-            m_result.isComplete = false;
-            break;
-        }
-    }
     for (const auto& zone : content.places.unknown()) {
         if (!m_result.unknownZones.contains(zone)
             && m_result.unknownZones.size() < ExpanderPipe::mostZones)
             m_result.unknownZones << zone;
     }
+}
+
+CalendarExpander::Turn CalendarExpander::turn(Group group, const CalendarContent& content)
+{
+    const bool isSingle = group.size() == 1 && !group.front()->repeats();
+    const bool hasDear = std::ranges::any_of(
+        group, [&](const EventRecord* record) { return isDear(*record, content); });
+    if (hasDear)
+        return Turn::dear;
+    return isSingle ? Turn::single : Turn::cheap;
 }
 
 std::vector<const EventRecord*> CalendarExpander::sorted(const CalendarContent& content)
@@ -153,35 +210,41 @@ std::vector<const EventRecord*> CalendarExpander::sorted(const CalendarContent& 
 
 // Of one UID each.
 std::vector<CalendarExpander::Group> CalendarExpander::groups(
-    const std::vector<const EventRecord*>& events, const CalendarContent& content)
+    const std::vector<const EventRecord*>& events)
 {
-    std::vector<std::pair<int, Group>> ranked;
+    std::vector<Group> groups;
     for (auto first = events.begin(); first != events.end();) {
         const auto last = std::find_if(first + 1, events.end(), [&](const EventRecord* event) {
             return event->uid.empty() || event->uid != (*first)->uid;
         });
-        const Group group(first, last);
-        ranked.emplace_back(rank(group, content), group);
+        groups.emplace_back(first, last);
         first = last;
     }
-    std::ranges::stable_sort(ranked, {}, &std::pair<int, Group>::first);
-    std::vector<Group> groups;
-    for (const auto& [rank, group] : ranked)
-        groups.push_back(group);
     return groups;
 }
 
-void CalendarExpander::add(const Occurrence& occurrence)
+qsizetype CalendarExpander::share(qsizetype most, qsizetype all, qsizetype own) const
+{
+    const auto left = most - (all - own);
+    return m_isShared ? left / 2 : left;
+}
+
+void CalendarExpander::add(Calendar& calendar, const Occurrence& occurrence)
 {
     const auto& record = occurrence.event;
     const auto notes = static_cast<qsizetype>(record.notes.size() * sizeof(QChar));
     const auto besideNotes = sizeBesideNotes(record);
-    if (m_result.events.size() >= ExpanderPipe::mostEvents || m_size + besideNotes > fullestText) {
+    const auto text = calendar.text + besideNotes;
+    if (calendar.events >= share(ExpanderPipe::mostEvents, m_result.events.size(), calendar.events)
+        || text > share(fullestText, m_size, calendar.text)) {
         m_result.isComplete = false;
         return;
     }
-    const bool hasRoom = m_size + besideNotes + notes <= fullestNotes;
-    m_size += besideNotes + (hasRoom ? notes : 0);
+    const bool hasRoom = text + notes <= share(fullestNotes, m_size, calendar.text);
+    const auto size = besideNotes + (hasRoom ? notes : 0);
+    m_size += size;
+    calendar.text += size;
+    ++calendar.events;
     CalendarEvent event;
     if (!record.uid.empty()) {
         event.identifier = m_request.source + u'\n' + QString::fromStdString(inOneLine(record.uid))

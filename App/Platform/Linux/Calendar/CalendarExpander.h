@@ -6,6 +6,9 @@
 #include "App/Platform/Linux/Calendar/TimeBudget.h"
 #include "App/Platform/Linux/EventExpander.h"
 
+#include <memory>
+#include <vector>
+
 class CalendarExpander final {
 public:
     // What is found by the end of the first budget is expanded until that of the second.
@@ -24,19 +27,40 @@ public:
 private:
     using Group = std::span<const EventRecord* const>;
 
-    void readFiles(const QStringList& paths);
-    void expand(CalendarContent& content);
+    // What comes first is not kept from its place by what may take long, or fill the answer.
+    enum class Turn { single, cheap, dear };
+
+    struct Calendar {
+        QByteArray file; // None where empty.
+        std::unique_ptr<CalendarContent> content = {}; // Read anew where there was no room for it.
+        std::size_t size = 0; // Bytes of the content that is kept.
+        qsizetype events = 0; // In the result, as the text.
+        qsizetype text = 0; // Bytes
+        bool hasMore = true; // For the next turn.
+    };
+
+    void findCalendars();
+    std::unique_ptr<CalendarContent> read(const QByteArray& file, const TimeBudget& budget);
+    void take(Turn turn, Calendar& calendar);
+    void keepOrForget(Calendar& calendar);
+    void expand(Turn turn, Calendar& calendar, const TimeBudget& budget);
+    void noteUnknownZones(const CalendarContent& content);
+    static Turn turn(Group group, const CalendarContent& content);
     static std::vector<const EventRecord*> sorted(const CalendarContent& content);
-    static std::vector<Group> groups(
-        const std::vector<const EventRecord*>& events, const CalendarContent& content);
-    void add(const Occurrence& occurrence);
+    static std::vector<Group> groups(const std::vector<const EventRecord*>& events);
+    // Of what is left, to each the half.
+    qsizetype share(qsizetype most, qsizetype all, qsizetype own) const;
+    void add(Calendar& calendar, const Occurrence& occurrence);
 
     const EventExpander::Request& m_request;
     Budgets m_budgets;
     CalendarWindow m_window;
     SystemZones m_zones;
-    CalendarContent m_textContent;
+    Calendar m_text;
     CalendarScanner m_textScanner;
+    std::vector<Calendar> m_calendars;
+    bool m_isShared = false; // By several calendars.
+    std::size_t m_kept = 0; // Bytes of contents.
     EventExpander::Result m_result;
     qsizetype m_size = 0; // Of the result, in bytes.
 };

@@ -35,13 +35,17 @@ public:
     void add(const std::string& path, int depth = 0)
     {
         struct stat status { };
-        if (stat(path.c_str(), &status) != 0)
+        if (stat(path.c_str(), &status) != 0) {
+            m_isComplete = m_isComplete && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP);
             return;
+        }
         if (S_ISREG(status.st_mode) && (depth == 0 || isCalendar(path)))
             m_files.emplace_back(status.st_size, path);
         else if (S_ISDIR(status.st_mode) && depth <= deepestFolder)
             addFolder(path, status, depth);
     }
+
+    bool isComplete() const { return m_isComplete; }
 
     std::vector<QByteArray> bySize()
     {
@@ -60,7 +64,12 @@ private:
         if (!m_folders.emplace(status.st_dev, status.st_ino).second)
             return;
         const std::unique_ptr<DIR, CloseFolder> folder(opendir(path.c_str()));
-        while (folder && m_files.size() < mostFiles && !m_budget.isSpent()) {
+        m_isComplete = m_isComplete && folder;
+        while (folder) {
+            if (m_files.size() >= mostFiles || m_budget.isSpent()) {
+                m_isComplete = false;
+                return;
+            }
             const auto* const entry = readdir(folder.get());
             if (!entry)
                 return;
@@ -86,18 +95,19 @@ private:
     }
 
     const TimeBudget& m_budget;
+    bool m_isComplete = true;
     std::set<std::pair<dev_t, ino_t>> m_folders;
     std::vector<std::pair<off_t, std::string>> m_files;
 };
 
 }
 
-std::vector<QByteArray> CalendarFiles::find(const QStringList& paths, const TimeBudget& budget)
+CalendarFiles::Found CalendarFiles::find(const QStringList& paths, const TimeBudget& budget)
 {
     Search search(budget);
     for (const auto& path : paths)
         search.add(QFile::encodeName(path).toStdString());
-    return search.bySize();
+    return { search.bySize(), search.isComplete() };
 }
 
 bool CalendarFiles::read(const QByteArray& file, const TakePiece& take)

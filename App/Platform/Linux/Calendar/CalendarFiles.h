@@ -14,9 +14,14 @@ namespace CalendarFiles {
 // False ends the reading of the file.
 using TakePiece = std::function<bool(std::string_view bytes)>;
 
+struct Found {
+    std::vector<QByteArray> files;
+    bool isComplete = true; // False where something may not be looked at, or was too much.
+};
+
 // The files themselves, and *.ics in folders and their folders, but nothing hidden there. Small
 // files first: what a huge one takes up is then not taken from them.
-std::vector<QByteArray> find(const QStringList& paths, const TimeBudget& budget);
+Found find(const QStringList& paths, const TimeBudget& budget);
 
 // False for what is no regular file or cannot be read. Never waits for a writer.
 bool read(const QByteArray& file, const TakePiece& take);

@@ -6,7 +6,7 @@ namespace {
 
 // Apart, so that too many of the ones leave room for the others.
 constexpr std::size_t mostSingle = 12 * 1024 * 1024; // Bytes
-constexpr std::size_t mostRepeated = 36 * 1024 * 1024; // Bytes; some 100,000 events.
+constexpr std::size_t mostRepeated = 28 * 1024 * 1024; // Bytes; some 75,000 events.
 // Texts beyond it go without their notes.
 constexpr std::size_t fullestText = 8 * 1024 * 1024; // Bytes
 
@@ -97,9 +97,12 @@ void CalendarScanner::keep(EventRecord event)
     m_text += textSize(event);
     const bool isSingle = !event.repeats() && !event.replaces;
     auto& kept = isSingle ? m_single : m_repeated;
-    kept += size(event);
-    if (kept <= (isSingle ? mostSingle : mostRepeated))
-        m_content.events.push_back(std::move(event));
-    else
+    const auto bytes = size(event);
+    kept += bytes;
+    if (kept > (isSingle ? mostSingle : mostRepeated)) {
         m_content.isComplete = false;
+        return;
+    }
+    m_content.size += bytes;
+    m_content.events.push_back(std::move(event));
 }

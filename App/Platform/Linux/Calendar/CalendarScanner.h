@@ -12,6 +12,7 @@
 struct CalendarContent {
     std::deque<EventRecord> events; // Grows without ever holding them twice.
     Places places;
+    std::size_t size = 0; // Bytes of the events, about.
     bool isComplete = true; // False where there was more than memory should hold.
 };
 

@@ -259,6 +259,13 @@ std::vector<std::int64_t> RecurrenceRule::starts(Range range) const
     }
 }
 
+bool RecurrenceRule::isDear() const
+{
+    constexpr std::size_t mostCheapTimes = 4; // Of a day.
+    const auto times = m_hours.count() * m_minutes.count() * m_seconds.count();
+    return (m_count > 0 && !isEven()) || (m_positions.isGiven() && times > mostCheapTimes);
+}
+
 // One start in each period, like the first, so that they need not be counted one by one.
 bool RecurrenceRule::isEven() const
 {

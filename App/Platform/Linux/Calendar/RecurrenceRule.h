@@ -27,8 +27,8 @@ public:
     std::vector<std::int64_t> starts(Range range) const;
 
     std::optional<StatedTime> until() const { return m_until; }
-    // Counted from the first, one by one.
-    bool isDear() const { return m_count > 0; }
+    // Counted from the first, one by one, or picked from many.
+    bool isDear() const;
     bool isYearly() const { return m_frequency == Frequency::yearly; }
 
 private:

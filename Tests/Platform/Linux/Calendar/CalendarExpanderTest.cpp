@@ -1,6 +1,7 @@
 #include "Tests/Platform/Linux/Calendar/CalendarSetup.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -409,11 +410,49 @@ private Q_SLOTS:
     void tooManyEventsAreNotAllOfThem()
     {
         QByteArray many;
-        for (int i = 0; i < 20'001; ++i)
+        for (int i = 0; i < 5'001; ++i)
             many += Setup::event("UID:" + QByteArray::number(i) + "\r\nDTSTART:20260329T100000");
         const auto result = Setup().expand(many);
-        QCOMPARE(result.events.size(), 20'000);
+        QCOMPARE(result.events.size(), 5'000);
         QVERIFY(!result.isComplete);
+    }
+
+    void oneFileLeavesRoomForTheOthers_data()
+    {
+        QTest::addColumn<QByteArray>("event");
+        QTest::addColumn<int>("count");
+        QTest::newRow("events") << QByteArray("DTSTART:20260329T100000") << 6'000;
+        QTest::newRow("repeated ones")
+            << QByteArray("DTSTART:20260328T100000\r\nRRULE:FREQ=DAILY") << 6'000;
+        QTest::newRow("text") << "DTSTART:20260329T100000\r\nURL:" + QByteArray(60'000, 'x') << 200;
+    }
+
+    void oneFileLeavesRoomForTheOthers()
+    {
+        QFETCH(const QByteArray, event);
+        QFETCH(const int, count);
+        QTemporaryDir dir;
+        QByteArray many;
+        for (int i = 0; i < count; ++i)
+            many += Setup::event("UID:" + QByteArray::number(i) + "\r\n" + event);
+        // The smaller, the less room is left at the end.
+        for (int i = 0; i < 400; ++i)
+            many += Setup::event("UID:s" + QByteArray::number(i)
+                + "\r\nDTSTART:20260329T100000\r\nURL:" + QByteArray(i < 200 ? 500 : 0, 'x'));
+        const auto other = good
+            + Setup::event("UID:weekly\r\nDTSTART:20260322T110000\r\nRRULE:FREQ=WEEKLY") + "\r\n"
+            + QByteArray("X-FILLER:x\r\n").repeated(1'500'000);
+        for (const auto& [name, text] : { std::pair(u"a.ics"_s, many), { u"b.ics"_s, other } }) {
+            QFile file(dir.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+        }
+        Setup s;
+        s.request.paths << dir.path();
+        const auto result = s.expand({});
+        QVERIFY(!result.isComplete);
+        const auto agenda = Setup::agenda(result);
+        QVERIFY(agenda.contains(goodAgenda));
+        QVERIFY(agenda.contains(u"weekly 29.11:00-29.11:00"_s));
     }
 
     void noTimeLeftIsSaid()

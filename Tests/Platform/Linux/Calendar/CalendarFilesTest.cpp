@@ -75,6 +75,23 @@ private Q_SLOTS:
             QFile::encodeName(path(u"secret.ics"_s)), [](auto) { return true; }));
     }
 
+    void whatMayNotBeLookedAtIsMissing()
+    {
+        write(u"good.ics"_s, 1);
+        QVERIFY(isAll());
+        QVERIFY(QFile::link(u"missing.ics"_s, path(u"dangling.ics"_s)));
+        QVERIFY(isAll());
+        write(u"closed/one.ics"_s, 1);
+        QVERIFY(QFile::setPermissions(path(u"closed"_s), QFile::Permissions()));
+        const bool isClosed = access(QFile::encodeName(path(u"closed"_s)).constData(), R_OK) != 0;
+        const bool isSaid = !isAll();
+        QFile::setPermissions(
+            path(u"closed"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        if (!isClosed)
+            QSKIP("Everything may be read here; a folder without permission was not tried");
+        QVERIFY(isSaid);
+    }
+
     void readsUntilNoMoreIsWanted()
     {
         write(u"large.ics"_s, 1'000'000);
@@ -105,9 +122,15 @@ private:
     {
         QStringList names;
         constexpr TimeBudget enough { TimeBudget::Seconds(1e9), TimeBudget::Seconds(1e9) };
-        for (const auto& file : CalendarFiles::find(paths, enough))
+        for (const auto& file : CalendarFiles::find(paths, enough).files)
             names << QFile::decodeName(file).sliced(m_dir->path().size() + 1);
         return names;
+    }
+
+    bool isAll() const
+    {
+        constexpr TimeBudget enough { TimeBudget::Seconds(1e9), TimeBudget::Seconds(1e9) };
+        return CalendarFiles::find({ m_dir->path() }, enough).isComplete;
     }
 
     std::unique_ptr<QTemporaryDir> m_dir;
