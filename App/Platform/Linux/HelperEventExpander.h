@@ -19,9 +19,9 @@ class HelperEventExpander final : public QObject, public EventExpander {
 public:
     using Answer = std::function<void(const std::optional<Result>&)>;
 
-    // A helper that takes longer is ended; it stops by itself when it can.
+    // Of all time: a helper that takes longer is ended. It limits by itself how much it works.
     explicit HelperEventExpander(
-        QString helper, std::chrono::milliseconds longestRun = std::chrono::seconds(4));
+        QString helper, std::chrono::milliseconds longestRun = std::chrono::seconds(10));
     ~HelperEventExpander() override;
 
     // A newer request of the same source and context takes the place of one that still waits.
