@@ -1,8 +1,9 @@
 #include "App/Meetings/CalendarModel.h"
 
 #include "App/Meetings/Day.h"
-#include "App/Platform/EventStore.h"
 #include "App/Platform/Ticker.h"
+
+#include <QMultiHash>
 
 #include <algorithm>
 #include <utility>
@@ -55,14 +56,40 @@ void CalendarModel::refresh()
     const auto today = dayOf(now, m_clock.zone());
     auto found = m_store.events(today.start, today.end);
     std::ranges::stable_sort(found, {}, &CalendarEvent::start);
-    QList<MeetingEvent> events;
-    events.reserve(found.size());
-    for (const auto& event : std::as_const(found))
-        events.emplaceBack(event);
-    publish(m_events, std::move(events));
+    publish(m_events, mapped(found));
+    m_found = std::move(found);
     // A moment late rather than a moment early, which would still be today.
     m_midnight.start(
         std::chrono::ceil<std::chrono::milliseconds>(today.end - now), [this] { refresh(); });
+}
+
+// An event that did not change keeps its id, even where that is a random one, and no text is
+// searched for links each minute.
+QList<MeetingEvent> CalendarModel::mapped(const QList<CalendarEvent>& found) const
+{
+    if (found == m_found)
+        return m_events;
+    const auto keyOf = [](const CalendarEvent& event) {
+        return qHashMulti(0, event.identifier.value_or(QString()), event.title.value_or(QString()),
+            event.start.time_since_epoch().count());
+    };
+    QMultiHash<size_t, qsizetype> known;
+    for (auto i = m_found.size() - 1; i >= 0; --i)
+        known.insert(keyOf(m_found[i]), i);
+    QList<MeetingEvent> events;
+    events.reserve(found.size());
+    for (const auto& event : found) {
+        auto same = known.find(keyOf(event));
+        while (same != known.end() && same.key() == keyOf(event) && m_found[*same] != event)
+            ++same;
+        if (same == known.end() || same.key() != keyOf(event)) {
+            events.emplaceBack(event);
+        } else {
+            events << m_events[*same];
+            known.erase(same);
+        }
+    }
+    return events;
 }
 
 const MeetingEvent* CalendarModel::next() const

@@ -3,11 +3,11 @@
 
 #include "App/Core/Model.h"
 #include "App/Meetings/MeetingEvent.h"
+#include "App/Platform/EventStore.h"
 
 #include <QList>
 
 class Clock;
-class EventStore;
 class Ticker;
 
 class CalendarModel final : public Model {
@@ -36,6 +36,7 @@ public:
 
 private:
     void watch();
+    QList<MeetingEvent> mapped(const QList<CalendarEvent>& found) const;
 
     EventStore& m_store;
     Clock& m_clock;
@@ -43,6 +44,7 @@ private:
     Ticker& m_midnight;
     bool m_isWatching = false;
 
+    QList<CalendarEvent> m_found; // What the events were made of.
     QList<MeetingEvent> m_events;
     bool m_denied = false;
     bool m_authorized = false;

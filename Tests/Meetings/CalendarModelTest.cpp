@@ -321,6 +321,31 @@ private Q_SLOTS:
         QCOMPARE(s.model.events().first().service, u"Zoom"_s);
     }
 
+    void anEventWithoutAnIdentifierKeepsItsIdUntilItChanges()
+    {
+        Setup s;
+        s.store.stored = { s.event(u"a"_s, 9, 10), s.event(u"a"_s, 9, 10), s.event(u"b"_s, 9, 10) };
+        for (auto& event : s.store.stored)
+            event.identifier.reset();
+        const auto ids = [&] {
+            QStringList all;
+            for (const auto& event : s.model.events())
+                all << event.id;
+            return all;
+        };
+        s.model.handle(true);
+        const auto before = ids();
+        QVERIFY(before[0] != before[1]);
+        s.timer.fire();
+        QCOMPARE(ids(), before);
+        s.store.stored[2].notes = u"https://zoom.us/j/1"_s;
+        s.store.stored.prepend(s.event(u"early"_s, 8, 9));
+        s.timer.fire();
+        QCOMPARE(ids().mid(1, 2), before.first(2));
+        QVERIFY(ids().last() != before.last());
+        QCOMPARE(s.model.events().last().service, u"Zoom"_s);
+    }
+
     void anEventIsOverOnlyAfterItsEnd()
     {
         Setup s;
