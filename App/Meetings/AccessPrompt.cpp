@@ -6,6 +6,8 @@
 
 #include <QEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int spacing = 8;
@@ -19,6 +21,7 @@ AccessPrompt::AccessPrompt(const QString& text, const QString& title, QWidget* p
     , m_text(new Label(TextRole::callout, &Colors::secondary, this))
     , m_button(new Button(Button::Kind::normal, title, this))
 {
+    m_text->setObjectName(u"text"_s);
     m_text->setText(text);
     m_text->setWordWrap(true);
     m_text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);

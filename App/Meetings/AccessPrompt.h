@@ -13,7 +13,6 @@ public:
     // Stands at the top of its geometry, in the middle.
     AccessPrompt(const QString& text, const QString& title, QWidget* parent);
 
-    Label& text() const { return *m_text; }
     Button& button() const { return *m_button; }
 
 private:

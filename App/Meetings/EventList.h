@@ -1,5 +1,6 @@
-// Today's events below one another. A row stays with its event however the list changes, so that
-// neither the keyboard nor a finger on the button finds another meeting under it.
+// Today's events below one another. Only what is in sight has a row, which stays with its event
+// however the list changes, so that neither the keyboard nor a finger on the button finds another
+// meeting under it.
 #pragma once
 
 #include "App/Meetings/MeetingsContent.h"
@@ -14,7 +15,9 @@ class EventList final : public QWidget {
 public:
     explicit EventList(int padding);
 
-    const QList<EventRow*>& rows() const { return m_rows; }
+    qsizetype count() const { return m_lines.size(); }
+    const QList<EventRow*>& rows() const { return m_rows; } // Null where an event has none.
+    EventRow& row(qsizetype index); // Made where there is none.
 
     void setLines(const QList<MeetingLine>& lines);
 
@@ -26,10 +29,20 @@ Q_SIGNALS:
 private:
     QList<EventRow*> rowsFor(const QList<MeetingLine>& lines);
     EventRow* makeRow();
-    void order(const QList<EventRow*>& rows);
-    void arrange();
+    bool isNeeded(qsizetype index) const;
+    void showWhatIsNeeded();
+    void place(qsizetype index);
+    void orderButtons();
+    bool focusNextPrevChild(bool next) override;
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* viewport, QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
     int m_padding;
-    QList<EventRow*> m_rows;
+    QList<MeetingLine> m_lines;
+    QList<EventRow*> m_rows; // One a line.
+    // The keyboard comes in at these.
+    qsizetype m_firstLink = -1;
+    qsizetype m_lastLink = -1;
 };

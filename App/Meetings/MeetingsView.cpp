@@ -115,6 +115,8 @@ void MeetingsView::connectControls()
 {
     const auto open = [this](const QString& address) { m_opener.open(address); };
     connect(m_mute, &Button::clicked, this, &MeetingsView::toggleMute);
+    m_askAgain.setSingleShot(true);
+    connect(&m_askAgain, &QTimer::timeout, this, &MeetingsView::readMute);
     connect(m_card, &NextMeetingCard::joined, this, open);
     connect(m_list, &EventList::joined, this, open);
     connect(&m_notAsked->button(), &Button::clicked, &m_model, &CalendarModel::requestAccess);
@@ -128,6 +130,9 @@ void MeetingsView::connectControls()
 void MeetingsView::showEvent(QShowEvent*)
 {
     readMute();
+    // The first answer of a session may take the sound server longer than we wait.
+    if (!m_muted)
+        m_askAgain.start(1000);
     refresh();
     m_model.checkAuthorization();
 }

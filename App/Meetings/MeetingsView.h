@@ -1,6 +1,7 @@
 // The Meetings tab: the microphone, the next meeting and today's events with their links.
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 #include <optional>
@@ -44,6 +45,7 @@ private:
     UserDefaults& m_defaults;
     AddressOpener& m_opener;
     std::optional<bool> m_muted; // Absent: it cannot be muted.
+    QTimer m_askAgain;
 
     Button* m_mute;
     Label* m_note;

@@ -53,6 +53,9 @@ void NextMeetingCard::setCard(const MeetingCard& card)
     m_title->setText(card.title);
     m_time->setText(card.time);
     m_join->setText(card.join);
+    // The keyboard would go on to another meeting.
+    if (!card.link && m_join->hasFocus())
+        setFocus();
     m_join->setVisible(card.link.has_value());
     arrange();
 }

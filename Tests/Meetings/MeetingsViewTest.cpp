@@ -82,13 +82,13 @@ struct Setup : TodaySetup {
     Button& cardJoin() const { return find<Button>(u"join"_s); }
     ScrollArea& scroll() const { return find<ScrollArea>(u"scroll"_s); }
     EventList& list() const { return *view->findChild<EventList*>(); }
-    EventRow& row(qsizetype index) const { return *list().rows().at(index); }
+    EventRow& row(qsizetype index) const { return list().row(index); }
 
     QStringList shownRows() const
     {
         QStringList shown;
         for (auto* const row : list().rows()) {
-            if (row->isVisible())
+            if (row && row->isVisible())
                 shown << row->line().title + u'|' + row->line().time;
         }
         return shown;
@@ -137,7 +137,8 @@ private Q_SLOTS:
         s.show();
         QCOMPARE(s.bodies(), QStringList { u"notAsked"_s });
         auto& prompt = s.find<AccessPrompt>(u"notAsked"_s);
-        QCOMPARE(prompt.text().text(), u"Corvella shows today's events and finds meeting links."_s);
+        QCOMPARE(prompt.findChild<Label*>(u"text"_s)->text(),
+            u"Corvella shows today's events and finds meeting links."_s);
         QCOMPARE(prompt.button().text(), u"Allow calendar access"_s);
         QVERIFY(s.card().isHidden());
         QCOMPARE(s.find<Label>(u"heading"_s).text(), u"Today"_s);
@@ -166,7 +167,7 @@ private Q_SLOTS:
         s.settle();
         QCOMPARE(s.bodies(), QStringList { u"denied"_s });
         auto& prompt = s.find<AccessPrompt>(u"denied"_s);
-        QCOMPARE(prompt.text().text(),
+        QCOMPARE(prompt.findChild<Label*>(u"text"_s)->text(),
             u"Calendar access is off. Allow it in System Settings → Privacy & Security → Calendars."_s);
         QCOMPARE(prompt.button().text(), u"Open Settings"_s);
         QTest::mouseClick(&prompt.button(), Qt::LeftButton);
@@ -274,6 +275,17 @@ private Q_SLOTS:
         QCOMPARE(s.opener.opened, (QStringList { s.zoom, s.teams, s.meet }));
     }
 
+    void anInputThatIsFoundLateIsShown()
+    {
+        Setup s;
+        s.input.isThere = false;
+        s.show();
+        QVERIFY(!s.mute().isEnabled());
+        s.input.isThere = true;
+        QTRY_VERIFY(s.mute().isEnabled());
+        QVERIFY(s.note().isHidden());
+    }
+
     void theMuteButtonMutesAndUnmutes()
     {
         Setup s;
@@ -371,13 +383,13 @@ private Q_SLOTS:
         QCOMPARE(s.placeOf(s.mute()).topLeft(), QPoint(14, 14));
         QCOMPARE(s.placeOf(s.find<Label>(u"heading"_s)).top(), 48);
         auto& notAsked = s.find<AccessPrompt>(u"notAsked"_s);
-        QCOMPARE(s.placeOf(notAsked.text()), QRect(14, 72, 372, 15));
+        QCOMPARE(s.placeOf(*notAsked.findChild<Label*>(u"text"_s)), QRect(14, 72, 372, 15));
         QCOMPARE(s.placeOf(notAsked.button()).top(), 95);
         QCOMPARE(s.placeOf(notAsked.button()).center().x(), 199);
         s.model.handle(false);
         s.settle();
         auto& denied = s.find<AccessPrompt>(u"denied"_s);
-        QCOMPARE(s.placeOf(denied.text()), QRect(52, 72, 296, 30));
+        QCOMPARE(s.placeOf(*denied.findChild<Label*>(u"text"_s)), QRect(52, 72, 296, 30));
         QCOMPARE(s.placeOf(denied.button()).top(), 110);
         s.model.handle(true);
         s.settle();
@@ -490,7 +502,7 @@ private Q_SLOTS:
     void whatGoesTakesTheKeyboardToNoOtherButton_data()
     {
         QTest::addColumn<QString>("what");
-        for (const char* what : { "row", "link", "card", "access", "prompt" })
+        for (const char* what : { "row", "link", "card", "card's link", "access", "prompt" })
             QTest::newRow(what) << QString::fromLatin1(what);
     }
 
@@ -503,13 +515,13 @@ private Q_SLOTS:
             s.grant();
         s.show();
         Button& button = what == u"prompt"_s ? s.find<AccessPrompt>(u"notAsked"_s).button()
-            : what == u"card"_s              ? s.cardJoin()
+            : what.startsWith(u"card"_s)     ? s.cardJoin()
                                              : *s.row(2).join();
         button.setFocus(Qt::TabFocusReason);
         QVERIFY(button.hasFocus());
         if (what == u"row"_s)
             s.store.stored.removeAt(2);
-        if (what == u"link"_s)
+        if (what == u"link"_s || what == u"card's link"_s)
             s.store.stored[2].url.reset();
         if (what == u"access"_s)
             s.model.handle(false);
@@ -591,6 +603,90 @@ private Q_SLOTS:
         QCOMPARE(s.row(1).line().title, u"Early"_s);
         QTest::keyClick(&s.window, Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget(), s.row(2).join());
+    }
+
+    void aLinkThatComesLaterGetsItsPlaceInTheOrder()
+    {
+        Setup s;
+        s.add(u"a"_s, s.at(9, 0), s.at(9, 10));
+        s.add(u"b"_s, s.at(11, 0), s.at(12, 0), s.teams);
+        s.add(u"c"_s, s.at(12, 0), s.at(13, 0));
+        s.grant();
+        s.show();
+        s.store.stored[0].url = s.zoom;
+        s.store.stored[2].url = s.zoom;
+        s.minuteAt(10, 1);
+        s.cardJoin().setFocus(Qt::TabFocusReason);
+        for (int i = 0; i < 3; ++i) {
+            QTest::keyClick(&s.window, Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget(), s.row(i).join());
+        }
+        QTest::keyClick(&s.window, Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), s.row(1).join());
+    }
+
+    void ofManyEventsOnlyThoseInSightCost()
+    {
+        Setup s;
+        for (int i = 0; i < 5000; ++i)
+            s.add(u"Meeting %1"_s.arg(i), s.at(11, 0), s.at(12, 0), s.zoom);
+        s.grant();
+        s.show();
+        const auto made = [&] {
+            Setup::settle();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            return s.list().findChildren<EventRow*>().size();
+        };
+        QVERIFY2(made() < 20, QByteArray::number(made()));
+        auto& bar = *s.scroll().verticalScrollBar();
+        for (int part = 1; part <= 10; ++part) {
+            bar.setValue(bar.maximum() * part / 10);
+            QVERIFY2(made() < 20, QByteArray::number(made()));
+        }
+        QCOMPARE(s.shownRows().last(), u"Meeting 4999|11:00"_s);
+        s.store.stored.resize(1);
+        s.minuteAt(10, 1);
+        QCOMPARE(made(), 1);
+    }
+
+    void theKeyboardFindsWhatIsFarOutOfSight()
+    {
+        Setup s;
+        for (int i = 0; i < 300; ++i)
+            s.add(u"Meeting %1"_s.arg(i), s.at(11, 0), s.at(12, 0),
+                i % 100 == 50 ? s.zoom : QString());
+        s.grant();
+        s.show();
+        const auto reached = [&] {
+            auto* const row = qobject_cast<EventRow*>(QApplication::focusWidget()->parent());
+            const bool isSeen = row && s.scroll().geometry().contains(s.placeOf(*row));
+            return isSeen ? row->line().title : QString();
+        };
+        s.mute().setFocus(Qt::TabFocusReason);
+        for (const auto& title : { u"Meeting 50"_s, u"Meeting 150"_s, u"Meeting 250"_s }) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(reached(), title);
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &s.mute());
+        for (const auto& title : { u"Meeting 250"_s, u"Meeting 150"_s, u"Meeting 50"_s }) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+            QCOMPARE(reached(), title);
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), &s.mute());
+    }
+
+    void aTallerViewShowsMoreRows()
+    {
+        Setup s;
+        for (int i = 0; i < 300; ++i)
+            s.add(u"Meeting %1"_s.arg(i), s.at(11, 0), s.at(12, 0));
+        s.grant();
+        s.show();
+        s.view->resize(400, 2000);
+        s.settle();
+        QVERIFY(s.shownRows().size() > 40);
     }
 
     void whereTheKeyboardGoesTheListFollows()
@@ -729,6 +825,27 @@ private Q_SLOTS:
         QCOMPARE(card.role(), QAccessible::Grouping);
         QCOMPARE(card.text(QAccessible::Name), u"Next meeting"_s);
         QCOMPARE(card.child(0)->text(QAccessible::Name), u"Next: Design review"_s);
+    }
+
+    void assistiveTechnologyFindsTheRowsThatAreOutOfSight()
+    {
+        Setup s;
+        for (int i = 0; i < 300; ++i)
+            s.add(u"Meeting %1"_s.arg(i), s.at(11, 0), s.at(12, 0), s.zoom);
+        s.grant();
+        s.show();
+        auto& list = s.accessible(s.list());
+        QCOMPARE(list.childCount(), 300);
+        auto* const row = list.child(200);
+        QCOMPARE(row->role(), QAccessible::ListItem);
+        QCOMPARE(row->text(QAccessible::Name), u"Meeting 200, 11:00"_s);
+        QCOMPARE(list.indexOfChild(row), 200);
+        QCOMPARE(row->parent(), &list);
+        QVERIFY(!row->state().invisible);
+        QCOMPARE(list.child(300), nullptr);
+        row->child(0)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        QVERIFY(s.scroll().geometry().contains(s.placeOf(s.row(200))));
+        QCOMPARE(QApplication::focusWidget(), s.row(200).join());
     }
 
     void theModelOutlivesTheView()

@@ -20,8 +20,13 @@ struct TodaySetup {
     // Its identifier is its title.
     void add(const QString& title, Moment start, Moment end, const QString& url = {})
     {
-        store.stored.append(
-            { .identifier = title, .title = title, .url = url, .start = start, .end = end });
+        CalendarEvent event;
+        event.identifier = title;
+        event.title = title;
+        event.url = url;
+        event.start = start;
+        event.end = end;
+        store.stored.append(event);
     }
 
     void addAllDay(const QString& title)
