@@ -5,6 +5,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 // A title may hold line breaks, and stands on one line.
@@ -14,10 +16,43 @@ static QString oneLine(QString title)
     return title.replace(breaks, u" "_s);
 }
 
-// So that the signs in a title written from right to left stay with it.
+static bool turnsText(QChar c)
+{
+    switch (c.direction()) {
+    case QChar::DirR:
+    case QChar::DirAL:
+    case QChar::DirAN:
+    case QChar::DirLRE:
+    case QChar::DirRLE:
+    case QChar::DirLRO:
+    case QChar::DirRLO:
+    case QChar::DirPDF:
+    case QChar::DirLRI:
+    case QChar::DirRLI:
+    case QChar::DirFSI:
+    case QChar::DirPDI:
+        return true;
+    default:
+        return c.isSurrogate(); // Some scripts beyond the first plane run from the right.
+    }
+}
+
+// So that the signs in a title written from right to left stay with it, and what follows is never
+// turned around, not even by a title that closes more or less than it opens.
 static QString isolated(const QString& title)
 {
-    return title.isRightToLeft() ? u'\u2068' + title + u'\u2069' : title;
+    if (std::ranges::none_of(title, turnsText))
+        return title;
+    QString balanced(u'\u2068');
+    qsizetype open = 1;
+    for (const auto c : title) {
+        const bool closes = c == u'\u2069';
+        if (closes && open == 1)
+            continue;
+        open += closes ? -1 : c >= u'\u2066' && c <= u'\u2068' ? 1 : 0;
+        balanced += c;
+    }
+    return balanced + QString(open, u'\u2069');
 }
 
 MeetingsBody meetingsBody(const CalendarModel& model)
@@ -37,7 +72,7 @@ QList<MeetingLine> meetingLines(const CalendarModel& model, const MeetingTimes& 
     for (const auto& event : model.events()) {
         lines.append({
             .id = event.id,
-            .title = oneLine(event.title),
+            .title = isolated(oneLine(event.title)),
             .time = times.label(event),
             .link = event.link,
             .service = event.service.value_or(u"Join"_s),

@@ -8,7 +8,6 @@
 
 class CalendarModel;
 class MeetingTimes;
-struct MeetingEvent;
 
 enum class MeetingsBody {
     denied,

@@ -96,7 +96,29 @@ private Q_SLOTS:
         s.add(u"تصميم!"_s, s.at(12, 0), s.at(13, 0));
         s.model.handle(true);
         QCOMPARE(s.card()->title, u"Next: \u2068تصميم!\u2069"_s);
-        QCOMPARE(s.lines()[0].title, u"تصميم!"_s);
+        QCOMPARE(s.lines()[0].title, u"\u2068تصميم!\u2069"_s);
+    }
+
+    void noTitleTurnsWhatFollows_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("override") << u"a\u202Eb"_s << u"\u2068a\u202Eb\u2069"_s;
+        QTest::newRow("right within left") << u"a שלום"_s << u"\u2068a שלום\u2069"_s;
+        QTest::newRow("beyond the first plane") << u"\U00010900"_s << u"\u2068\U00010900\u2069"_s;
+        QTest::newRow("open") << u"a\u2067b"_s << u"\u2068a\u2067b\u2069\u2069"_s;
+        QTest::newRow("closed") << u"a\u2069\u202Eb"_s << u"\u2068a\u202Eb\u2069"_s;
+        QTest::newRow("from left to right") << u"Café – 11:00"_s << u"Café – 11:00"_s;
+    }
+
+    void noTitleTurnsWhatFollows()
+    {
+        QFETCH(QString, title);
+        Setup s;
+        s.add(title, s.at(12, 0), s.at(13, 0));
+        s.model.handle(true);
+        QTEST(s.lines()[0].title, "shown");
+        QCOMPARE(s.card()->title, u"Next: "_s + s.lines()[0].title);
     }
 };
 
