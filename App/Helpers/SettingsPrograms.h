@@ -1,7 +1,6 @@
 // The desktop's own program for the user's accounts, or else for settings.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

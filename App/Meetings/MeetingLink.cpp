@@ -12,13 +12,11 @@ namespace {
 // start within it could match either. White space is Unicode's property of that name.
 const QRegularExpression& linkRegex()
 {
-#define ALLOWED R"([^\t-\r \x{85}\p{Z}<>"')\]])"
-    static const QRegularExpression regex(
-        QStringLiteral("https?://(?:" ALLOWED
-                       R"(*?(?:zoom\.us|zoomgov\.com|meet\.google\.com|teams\.microsoft\.com)"
-                       R"(|teams\.live\.com))" ALLOWED "*+|" ALLOWED "*+(*SKIP)(*FAIL))"),
+    static const auto allowed = uR"([^\t-\r \x{85}\p{Z}<>"')\]])"_s;
+    static const QRegularExpression regex(u"https?://(?:"_s + allowed
+            + uR"(*?(?:zoom\.us|zoomgov\.com|meet\.google\.com|teams\.microsoft\.com)"_s
+            + uR"(|teams\.live\.com))"_s + allowed + u"*+|"_s + allowed + u"*+(*SKIP)(*FAIL))"_s,
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
-#undef ALLOWED
     if (!regex.isValid())
         qFatal("The pattern of links: %s", qPrintable(regex.errorString()));
     return regex;
