@@ -122,6 +122,17 @@ App settings()
     return anySettings();
 }
 
+// Files and programs are nothing that a calendar may open.
+bool isAllowed(const char* address)
+{
+    for (const std::string_view scheme :
+        { std::string_view("http:"), std::string_view("https:") }) {
+        if (g_ascii_strncasecmp(address, scheme.data(), scheme.size()) == 0)
+            return true;
+    }
+    return std::string_view(address).starts_with(settingsScheme);
+}
+
 Error open(const char* address)
 {
     Launch launch;
@@ -138,6 +149,10 @@ int main(int argc, char** argv)
 {
     if (argc != 2) {
         std::fputs("Usage: open ADDRESS\n", stderr);
+        return 1;
+    }
+    if (!isAllowed(argv[1])) {
+        std::fprintf(stderr, "%s: neither a web address nor that of the settings\n", argv[1]);
         return 1;
     }
     takeSignals();
