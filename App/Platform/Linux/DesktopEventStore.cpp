@@ -31,7 +31,7 @@ DesktopEventStore::DesktopEventStore(
     for (auto* source : m_sources)
         connect(source, &CalendarSource::changed, this, &EventStore::changed);
     // While the machine slept, or its clock stood elsewhere, changes may have been missed.
-    connect(&m_clock, &Clock::jumped, this, &DesktopEventStore::look);
+    connect(&m_clock, &Clock::jumped, this, &DesktopEventStore::forget);
 }
 
 void DesktopEventStore::authorizationStatus(
@@ -47,9 +47,12 @@ void DesktopEventStore::authorizationStatus(
         bool isAnswered = false;
     };
     const auto check = std::make_shared<Check>(Check { *consent ? m_sources.size() : 0 });
-    const auto conclude = [this, check, answer](bool isGranted) {
+    const auto conclude = [this, check, answer, number = ++m_checks](bool isGranted) {
         check->isAnswered = true;
-        m_isRefused = !isGranted;
+        if (number < m_lastTold)
+            return;
+        m_lastTold = number;
+        m_isGranted = isGranted;
         answer(isGranted ? AuthorizationStatus::fullAccess : AuthorizationStatus::denied);
     };
     if (check->due == 0) {
@@ -77,13 +80,16 @@ void DesktopEventStore::requestFullAccess(
 
 QList<CalendarEvent> DesktopEventStore::events(Moment start, Moment end)
 {
-    if (m_isRefused || !m_defaults.boolean(consentKey).value_or(false))
+    const auto consent = [this] { return m_defaults.boolean(consentKey).value_or(false); };
+    if (!(m_isGranted ? *m_isGranted : consent()))
         return {};
     // Days are at other times in another zone, even where the span stays the same.
     const TimeSpan span { start, end };
     if (m_span != span || m_zone != m_clock.zone()) {
         m_span = span;
-        look();
+        m_zone = m_clock.zone();
+        for (auto* source : m_sources)
+            source->look(span);
     }
     QList<CalendarEvent> found;
     for (const auto* source : m_sources) {
@@ -95,11 +101,12 @@ QList<CalendarEvent> DesktopEventStore::events(Moment start, Moment end)
     return found;
 }
 
-void DesktopEventStore::look()
+// Whoever heard of the jump before this did asks again.
+void DesktopEventStore::forget()
 {
     if (!m_span)
         return;
-    m_zone = m_clock.zone();
-    for (auto* source : m_sources)
-        source->look(*m_span);
+    m_span.reset();
+    if (m_isGranted.value_or(true))
+        Q_EMIT changed();
 }

@@ -17,6 +17,7 @@ public:
     DesktopEventStore(
         const QList<CalendarSource*>& sources, UserDefaults& defaults, const Clock& clock);
 
+    // Of checks at a time, one that a later one overtook is not answered.
     void authorizationStatus(
         QObject* context, const std::function<void(AuthorizationStatus)>& answer) override;
     // There is nobody to ask on Linux: asking for access is the user's consent.
@@ -25,13 +26,15 @@ public:
     QList<CalendarEvent> events(Moment start, Moment end) override;
 
 private:
-    void look();
+    void forget();
 
     const QList<CalendarSource*> m_sources;
     UserDefaults& m_defaults;
     const Clock& m_clock;
 
-    bool m_isRefused = false; // When last checked.
-    std::optional<TimeSpan> m_span; // Absent before anything was asked for.
+    std::optional<bool> m_isGranted; // What was told last.
+    int m_checks = 0;
+    int m_lastTold = 0; // The number of the check.
+    std::optional<TimeSpan> m_span; // Absent before anything was asked for, or once out of date.
     QTimeZone m_zone;
 };

@@ -17,6 +17,9 @@ using namespace std::chrono_literals;
 static const auto factory = u"org.gnome.evolution.dataserver.Calendar8"_s;
 static const auto factoryPath = u"/org/gnome/evolution/dataserver/CalendarFactory"_s;
 static const auto prefix = u"org.gnome.evolution.dataserver."_s;
+// The service has no name for it, only the number that its library knows.
+static const auto notFound
+    = u"org.gtk.GDBus.UnmappedGError.Quark._e_2dcal_2dclient_2derror_2dquark.Code1"_s;
 static const auto theBus = u"org.freedesktop.DBus"_s;
 
 namespace {
@@ -79,6 +82,15 @@ void EdsCalendar::look(const TimeSpan& span)
     m_soon.start(0ms);
 }
 
+// Or else calendars that make the service crash would wake it for each other without end.
+void EdsCalendar::reopen()
+{
+    if (!m_path.isEmpty() || m_isAtWork)
+        return;
+    m_mayStart = false;
+    work();
+}
+
 void EdsCalendar::work()
 {
     if (std::exchange(m_isAtWork, true))
@@ -125,6 +137,7 @@ void EdsCalendar::open()
     auto message = QDBusMessage::createMethodCall(
         factory, factoryPath, prefix + u"CalendarFactory"_s, u"OpenCalendar"_s);
     message << m_uid;
+    message.setAutoStartService(std::exchange(m_mayStart, true));
     ask(message, "ss", &EdsCalendar::learnPlace);
 }
 
@@ -163,7 +176,8 @@ void EdsCalendar::startView(const QDBusMessage&)
 void EdsCalendar::list(const QDBusMessage&)
 {
     m_isStale = false;
-    ask(request(u"GetObjectList"_s, { query(m_span) }), "as", &EdsCalendar::learnList);
+    m_asked = m_span;
+    ask(request(u"GetObjectList"_s, { query(m_asked) }), "as", &EdsCalendar::learnList);
 }
 
 // Of a series only some of its parts may be listed; all of them decide on which days it is.
@@ -196,9 +210,13 @@ void EdsCalendar::askForNextSeries()
 
 void EdsCalendar::learnSeries(const QDBusMessage& answer)
 {
-    // It may have been removed since.
-    if (isAnswer(answer, u"s"_s))
+    if (isAnswer(answer, u"s"_s)) {
         add(answer.arguments().constFirst().toString());
+    } else if (answer.errorName() != notFound) {
+        fail();
+        return;
+    }
+    // Else it was removed since.
     askForNextSeries();
 }
 
@@ -211,7 +229,7 @@ void EdsCalendar::add(const QString& text)
 
 void EdsCalendar::expand()
 {
-    EventExpander::Request request { .start = m_span.start, .end = m_span.end, .source = m_uid };
+    EventExpander::Request request { .start = m_asked.start, .end = m_asked.end, .source = m_uid };
     for (const auto& zone : std::as_const(m_zoneTexts))
         request.text += zone;
     request.text += m_text;
@@ -237,11 +255,16 @@ void EdsCalendar::take(const std::optional<EventExpander::Result>& result)
         askForNextZone();
         return;
     }
+    finish();
+    if (result->isComplete) {
+        m_retry.succeeded();
+        m_known = m_asked;
+    } else if (m_retry.later() && m_known == m_asked) {
+        return;
+    }
     const bool isOther = result->events != m_events;
     m_events = result->events;
     m_events.squeeze();
-    m_retry.succeeded();
-    finish();
     if (isOther)
         Q_EMIT changed();
 }

@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <optional>
 
 class EdsCalendar final : public QObject {
     Q_OBJECT
@@ -22,6 +23,8 @@ public:
 
     // Soon, and whenever the calendar changes.
     void look(const TimeSpan& span);
+    // At once if the calendar is closed, but without starting the service.
+    void reopen();
     const QList<CalendarEvent>& events() const { return m_events; }
 
 Q_SIGNALS:
@@ -75,6 +78,9 @@ private:
     QString m_owner; // The only one whose signals count.
 
     TimeSpan m_span {};
+    TimeSpan m_asked {}; // The one that is being read.
+    std::optional<TimeSpan> m_known; // The last one of which all was read.
+    bool m_mayStart = true;
     bool m_isStale = false;
     bool m_isAtWork = false;
     int m_expansion = 0; // The only one whose result counts.

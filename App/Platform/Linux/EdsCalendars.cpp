@@ -7,10 +7,12 @@
 #include <QDBusPendingReply>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 static const auto service = u"org.gnome.evolution.dataserver.Calendar8"_s;
+static const auto sources = u"org.gnome.evolution.dataserver.Sources5"_s;
 static const auto theBus = u"org.freedesktop.DBus"_s;
 
 namespace {
@@ -67,9 +69,27 @@ void EdsCalendars::checkAccess(QObject* context, const std::function<void(bool)>
 void EdsCalendars::look(const TimeSpan& span)
 {
     m_span = span;
+    if (m_bus.isConnected() && !std::exchange(m_isFollowed, true))
+        follow();
     m_sources.look();
     for (const auto& [uid, calendar] : m_calendars)
         calendar->look(span);
+}
+
+void EdsCalendars::follow()
+{
+    for (const auto& name : { service, sources })
+        m_bus.connect({}, u"/org/freedesktop/DBus"_s, theBus, u"NameOwnerChanged"_s, { name },
+            u"sss"_s, this, SLOT(changeOwner(QDBusMessage)));
+}
+
+// What was given up, or would be tried much later, may work now.
+void EdsCalendars::changeOwner(const QDBusMessage& signal)
+{
+    if (signal.service() != theBus || signal.arguments().at(2).toString().isEmpty())
+        return;
+    for (const auto& [uid, calendar] : m_calendars)
+        calendar->reopen();
 }
 
 QList<CalendarEvent> EdsCalendars::events() const
@@ -83,8 +103,10 @@ QList<CalendarEvent> EdsCalendars::events() const
 void EdsCalendars::learnSources()
 {
     const auto uids = m_sources.calendars();
-    const auto gone = std::erase_if(
+    const auto before = events().size();
+    std::erase_if(
         m_calendars, [&uids](const auto& calendar) { return !uids.contains(calendar.first); });
+    const bool isLess = events().size() < before;
     for (const auto& uid : uids) {
         auto& calendar = m_calendars[uid];
         if (calendar)
@@ -93,6 +115,6 @@ void EdsCalendars::learnSources()
         connect(calendar.get(), &EdsCalendar::changed, this, &CalendarSource::changed);
         calendar->look(*m_span);
     }
-    if (gone > 0)
+    if (isLess)
         Q_EMIT changed();
 }

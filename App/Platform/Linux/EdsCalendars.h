@@ -27,12 +27,17 @@ public:
     void look(const TimeSpan& span) override;
     QList<CalendarEvent> events() const override;
 
+private Q_SLOTS:
+    void changeOwner(const QDBusMessage& signal);
+
 private:
+    void follow();
     void learnSources();
 
     EventExpander& m_expander;
     QDBusConnection m_bus;
     EdsSources m_sources;
+    bool m_isFollowed = false;
     std::optional<TimeSpan> m_span;
     std::map<QString, std::unique_ptr<EdsCalendar>> m_calendars; // By identifier.
 };

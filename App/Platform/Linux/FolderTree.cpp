@@ -1,5 +1,6 @@
 #include "App/Platform/Linux/FolderTree.h"
 
+#include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -10,7 +11,6 @@
 namespace {
 
 constexpr qsizetype mostFolders = 1024;
-constexpr int deepest = 8;
 
 using Identity = std::pair<dev_t, ino_t>;
 using Folder = std::unique_ptr<DIR, int (*)(DIR*)>;
@@ -45,7 +45,7 @@ bool walk(const QByteArray& path, int depth, std::set<Identity>& seen, FolderTre
     if (plan.folders.size() >= mostFolders || !isNew(folder.get(), seen))
         return true;
     plan.folders[path];
-    if (depth == deepest)
+    if (depth == FolderTree::deepest)
         return true;
     while (const auto* entry = readdir(folder.get())) {
         const QByteArray name(entry->d_name);
@@ -80,8 +80,12 @@ FolderTree::Plan FolderTree::plan(const QList<QByteArray>& roots)
     std::set<Identity> seen;
     QList<QByteArray> missing;
     for (const auto& root : roots) {
-        auto& found = walk(root, 0, seen, plan) ? plan.readable : missing;
-        found.append(root);
+        if (walk(root, 0, seen, plan)) {
+            plan.readable.append(root);
+            continue;
+        }
+        plan.isWhole = plan.isWhole && (errno == ENOENT || errno == ENOTDIR);
+        missing.append(root);
     }
     for (const auto& root : std::as_const(missing))
         awaitRoot(root, plan);

@@ -8,8 +8,11 @@
 
 namespace FolderTree {
 
+constexpr int deepest = 16; // A root is at 0.
+
 struct Plan {
     QList<QByteArray> readable; // Those of the roots that can be read.
+    bool isWhole = true; // False where one of the roots is there but cannot be read.
     // By path: the roots and folders below, and of roots that are missing the folder where they
     // or what leads to them would appear, with the name there.
     QHash<QByteArray, QSet<QByteArray>> folders;

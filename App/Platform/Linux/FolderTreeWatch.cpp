@@ -71,9 +71,10 @@ FolderTreeWatch::Found FolderTreeWatch::walk(
     auto watches = watchAll(plan, descriptor);
     for (int walks = 1; walks < mostWalks; ++walks) {
         const auto again = FolderTree::plan(roots);
-        if (again.folders == plan.folders)
-            break;
+        const bool isSame = again.folders == plan.folders;
         plan = again;
+        if (isSame)
+            break;
         watches.insert(watchAll(plan, descriptor));
     }
     QStringList readable;
@@ -83,7 +84,7 @@ FolderTreeWatch::Found FolderTreeWatch::walk(
         if (!watches.contains(watch.key()))
             inotify_rm_watch(descriptor, watch.key());
     }
-    return { readable, watches };
+    return { readable, plan.isWhole, watches };
 }
 
 FolderTreeWatch::Watches FolderTreeWatch::watchAll(const FolderTree::Plan& plan, int descriptor)
@@ -102,6 +103,7 @@ FolderTreeWatch::Watches FolderTreeWatch::watchAll(const FolderTree::Plan& plan,
 void FolderTreeWatch::learn(const Found& found)
 {
     m_readable = found.readable;
+    m_isWhole = found.isWhole;
     m_watches = found.watches;
     if (std::exchange(m_isStale, false))
         m_soon.start();

@@ -25,6 +25,7 @@ public:
     // Walks the folders, beside this thread, and begins to watch them.
     void look();
     QStringList readable() const { return m_readable; } // Of the roots, when last walked.
+    bool isWhole() const { return m_isWhole; } // No root was there that could not be read.
 
 Q_SIGNALS:
     // The folders have been walked, since they were to be or since something changed there; several
@@ -37,6 +38,7 @@ private:
     using Watches = QHash<int, QSet<QByteArray>>;
     struct Found {
         QStringList readable;
+        bool isWhole;
         Watches watches;
     };
 
@@ -53,5 +55,6 @@ private:
     QTimer m_soon;
     bool m_isStale = false;
     QStringList m_readable;
+    bool m_isWhole = true;
     Watches m_watches;
 };

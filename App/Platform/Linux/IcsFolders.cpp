@@ -33,7 +33,7 @@ IcsFolders::IcsFolders(EventExpander& expander, const QStringList& folders)
 {
     m_soon.setSingleShot(true);
     m_soon.callOnTimeout(this, &IcsFolders::expand);
-    m_retry.callOnTimeout(this, &IcsFolders::expand);
+    m_retry.callOnTimeout(&m_watch, &FolderTreeWatch::look);
     connect(&m_watch, &FolderTreeWatch::looked, this, &IcsFolders::expand);
 }
 
@@ -44,27 +44,27 @@ QStringList IcsFolders::usualFolders()
         data + u"/khal/calendars"_s };
 }
 
-// A folder on a server that hangs is as good as none; the work that waits for it is left to itself.
+// A folder on a server that hangs is as good as none. The search that waits for it is left to
+// itself, and is the only one until it ends.
 void IcsFolders::checkAccess(QObject* context, const std::function<void(bool)>& answer)
 {
-    auto* work = new BackgroundWork;
-    work->setParent(context);
-    const auto conclude = [work, answer](bool isOpen) {
-        work->deleteLater();
+    auto* timer = new QTimer(context);
+    timer->setSingleShot(true);
+    const auto conclude = [timer, answer](bool isOpen) {
+        timer->deleteLater();
         answer(isOpen);
     };
-    auto* timer = new QTimer(work);
-    timer->setSingleShot(true);
     timer->callOnTimeout([conclude] { conclude(false); });
+    connect(this, &IcsFolders::searched, timer, [timer, conclude](bool isOpen) {
+        if (timer->isActive()) {
+            timer->stop();
+            conclude(isOpen);
+        }
+    });
     timer->start(patience);
-    work->start([timer, conclude, folders = m_folders]() -> BackgroundWork::Finish {
+    m_search.start([this, folders = m_folders]() -> BackgroundWork::Finish {
         const bool isOpen = std::ranges::any_of(folders, isReadable);
-        return [timer, conclude, isOpen] {
-            if (timer->isActive()) {
-                timer->stop();
-                conclude(isOpen);
-            }
-        };
+        return [this, isOpen] { Q_EMIT searched(isOpen); };
     });
 }
 
@@ -79,15 +79,21 @@ void IcsFolders::expand()
     m_isStale = m_isAtWork || m_soon.isActive();
     if (m_isStale)
         return;
+    m_asked = m_span;
     const auto folders = m_watch.readable();
     if (folders.isEmpty()) {
-        take(EventExpander::Result {});
+        take(EventExpander::Result {
+            .events = {}, .unknownZones = {}, .isComplete = m_watch.isWhole() });
         return;
     }
     m_isAtWork = true;
     m_taken.start();
     m_expander.expand({ .start = m_span.start, .end = m_span.end, .paths = folders }, this,
-        [this](const auto& result) { take(result); });
+        [this, isWhole = m_watch.isWhole()](auto result) {
+            if (result)
+                result->isComplete = result->isComplete && isWhole;
+            take(result);
+        });
 }
 
 void IcsFolders::take(const std::optional<EventExpander::Result>& result)
@@ -101,7 +107,12 @@ void IcsFolders::take(const std::optional<EventExpander::Result>& result)
         m_retry.later();
         return;
     }
-    m_retry.succeeded();
+    if (result->isComplete) {
+        m_retry.succeeded();
+        m_known = m_asked;
+    } else if (m_retry.later() && m_known == m_asked) {
+        return;
+    }
     if (result->events == m_events)
         return;
     m_events = result->events;

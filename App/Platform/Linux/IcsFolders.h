@@ -26,17 +26,23 @@ public:
     void look(const TimeSpan& span) override;
     QList<CalendarEvent> events() const override { return m_events; }
 
+Q_SIGNALS:
+    void searched(bool isOpen); // For those who wait for their answers.
+
 private:
     void expand();
     void take(const std::optional<EventExpander::Result>& result);
 
     EventExpander& m_expander;
     const QStringList m_folders;
+    BackgroundWork m_search;
     FolderTreeWatch m_watch;
     QTimer m_soon;
     Retry m_retry;
     QElapsedTimer m_taken;
     TimeSpan m_span {};
+    TimeSpan m_asked {}; // The one that is being read.
+    std::optional<TimeSpan> m_known; // The last one of which all was read.
     bool m_isStale = false;
     bool m_isAtWork = false;
     QList<CalendarEvent> m_events;

@@ -1,5 +1,7 @@
 #include "App/Platform/Linux/Calendar/CalendarFiles.h"
 
+#include "App/Platform/Linux/FolderTree.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -17,7 +19,6 @@
 
 namespace {
 
-constexpr int deepestFolder = 16;
 constexpr std::size_t mostFiles = 200'000;
 
 struct CloseFolder {
@@ -41,7 +42,7 @@ public:
         }
         if (S_ISREG(status.st_mode) && (depth == 0 || isCalendar(path)))
             m_files.emplace_back(status.st_size, path);
-        else if (S_ISDIR(status.st_mode) && depth <= deepestFolder)
+        else if (S_ISDIR(status.st_mode) && depth <= FolderTree::deepest)
             addFolder(path, status, depth);
     }
 
