@@ -28,6 +28,10 @@ struct FakeEventExpander final : EventExpander {
     Result result(const Request& request) const
     {
         Result result;
+        if (isPartial) {
+            result.isComplete = false;
+            return result;
+        }
         const auto add = [&](const QString& title) {
             result.events.append({ .identifier = request.source + u'/' + title,
                 .title = title,
@@ -55,6 +59,7 @@ struct FakeEventExpander final : EventExpander {
 
     bool fails = false;
     bool isSlow = false;
+    bool isPartial = false; // And finds nothing.
     QStringList unknownZones = {};
     QList<Request> requests = {};
     QList<Pending> pending = {};

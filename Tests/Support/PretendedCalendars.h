@@ -3,6 +3,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
@@ -71,7 +72,7 @@ public:
         if (method == mute)
             unanswered.append(message);
         else if (!answers.contains(method))
-            connection.send(message.createErrorReply(QDBusError::Failed, QString()));
+            connection.send(message.createErrorReply(error, QString()));
         else
             connection.send(message.createReply(answers.value(method)));
         return true;
@@ -89,6 +90,7 @@ public:
     QDBusConnection bus;
     QString event = QStringLiteral("BEGIN:VEVENT\nUID:1\nSUMMARY:One\nEND:VEVENT\n");
     QHash<QString, QVariantList> answers = {}; // By method; an error for those without one.
+    QString error = QDBusError::errorString(QDBusError::Failed);
     QString mute = {}; // The method that is not answered.
     QHash<QString, int> asked = {};
     QList<QDBusMessage> unanswered = {};

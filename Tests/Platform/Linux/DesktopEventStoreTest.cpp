@@ -214,8 +214,45 @@ private Q_SLOTS:
         Setup s;
         s.store.events(dayStart, dayEnd);
         s.clock.jumped();
+        QCOMPARE(s.changes.count(), 1);
+        s.store.events(dayStart, dayEnd);
+        s.store.events(dayStart, dayEnd);
         QCOMPARE(s.desktop.spans,
             QList({ TimeSpan { dayStart, dayEnd }, TimeSpan { dayStart, dayEnd } }));
+    }
+
+    void aJumpAsksNobodyWithoutAccess()
+    {
+        Setup s;
+        s.store.events(dayStart, dayEnd);
+        s.desktop.isOpen = false;
+        QCOMPARE(s.status(), Status::denied);
+        s.clock.jumped();
+        s.store.events(dayStart, dayEnd);
+        QCOMPARE(s.changes.count(), 0);
+        QCOMPARE(s.desktop.spans.size(), 1);
+    }
+
+    void aCheckThatWasOvertakenDoesNotCount()
+    {
+        Setup s;
+        s.desktop.isSlow = true;
+        QVERIFY(!s.status());
+        const auto older = s.desktop.pendingCheck;
+        s.desktop.isSlow = false;
+        QCOMPARE(s.status(), Status::fullAccess);
+        s.desktop.stored = { meeting(u"a"_s, 1, 2) };
+        older(false);
+        QCOMPARE(s.titles(), QStringList { u"a"_s });
+    }
+
+    void keepsToWhatWasToldWhateverIsWritten()
+    {
+        Setup s;
+        s.desktop.stored = { meeting(u"a"_s, 1, 2) };
+        QCOMPARE(s.status(), Status::fullAccess);
+        s.defaults.setText(consentKey, u"yes"_s);
+        QCOMPARE(s.titles(), QStringList { u"a"_s });
     }
 
     void tellsOfChangesInAnySource()

@@ -194,8 +194,47 @@ private Q_SLOTS:
         s.service.answers[u"GetObjectList"_s] = { QStringList {
             s.service.event, u"BEGIN:VEVENT\nUID:2\nSUMMARY:One\nEND:VEVENT\n"_s } };
         s.service.answers.remove(u"GetObject"_s);
+        s.service.error
+            = u"org.gtk.GDBus.UnmappedGError.Quark._e_2dcal_2dclient_2derror_2dquark.Code1"_s;
         QVERIFY(s.begins());
         QCOMPARE(s.service.asked.value(u"GetObject"_s), 1);
+    }
+
+    void aSeriesThatCannotBeHadKeepsWhatIsKnown()
+    {
+        Setup s;
+        QVERIFY(s.begins());
+        s.service.answers[u"GetObjectList"_s]
+            = { QStringList { u"BEGIN:VEVENT\nUID:1\nRRULE:FREQ=DAILY\nEND:VEVENT\n"_s } };
+        s.service.answers.remove(u"GetObject"_s);
+        s.calendars.look(day);
+        // Closed after the failure, and opened for another try.
+        QTRY_COMPARE(s.service.asked.value(u"GetObject"_s), 2);
+        QCOMPARE(s.titles(), QStringList { u"One"_s });
+        QCOMPARE(s.changes.count(), 1);
+    }
+
+    void keepsWhatItKnowsUntilAllWasRead()
+    {
+        Setup s;
+        QVERIFY(s.begins());
+        s.expander.isPartial = true;
+        s.calendars.look(day);
+        QTRY_COMPARE(s.expander.requests.size(), 3);
+        QCOMPARE(s.titles(), QStringList { u"One"_s });
+        s.service.event.replace(u"One"_s, u"Two"_s);
+        s.service.answers = s.service.honest();
+        s.expander.isPartial = false;
+        QTRY_COMPARE(s.titles(), QStringList { u"Two"_s });
+    }
+
+    void aPartIsBetterThanAnotherDay()
+    {
+        Setup s;
+        QVERIFY(s.begins());
+        s.expander.isPartial = true;
+        s.calendars.look({ day.end, day.end + std::chrono::hours(24) });
+        QTRY_VERIFY(s.titles().isEmpty());
     }
 
     void whatIsTooLongIsLeftOut()

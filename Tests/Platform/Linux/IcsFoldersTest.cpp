@@ -124,6 +124,50 @@ private Q_SLOTS:
         QFile::setPermissions(s.path(u".calendars"_s), QFile::ReadOwner | QFile::ExeOwner);
     }
 
+    void aFolderThatCannotBeReadKeepsItsEvents()
+    {
+        Setup s;
+        QVERIFY(s.makeFolder(u".calendars"_s));
+        QVERIFY(s.begins());
+        QTRY_COMPARE(s.folders.events().size(), 1);
+        QVERIFY(QDir().rename(s.path(u".calendars"_s), s.path(u"away"_s)));
+        // By nobody, not even by root.
+        QVERIFY(s.link(u".calendars"_s, u".calendars"_s));
+        s.folders.look(day);
+        QTest::qWait(500); // Only time shows that nothing changes.
+        QCOMPARE(s.folders.events().size(), 1);
+        QVERIFY(QFile::remove(s.path(u".calendars"_s)));
+        s.folders.look(day);
+        QTRY_VERIFY(s.folders.events().isEmpty());
+    }
+
+    void keepsWhatItKnowsUntilAllWasRead()
+    {
+        Setup s;
+        QVERIFY(s.makeFolder(u".calendars"_s));
+        QVERIFY(s.begins());
+        QTRY_COMPARE(s.folders.events().size(), 1);
+        s.expander.isPartial = true;
+        QVERIFY(s.begins(2));
+        QTRY_VERIFY(s.expander.pending.isEmpty());
+        QCOMPARE(s.folders.events().size(), 1);
+        QVERIFY(s.makeFolder(u"data/calendars"_s));
+        s.expander.isPartial = false;
+        // Without being told to.
+        QTRY_COMPARE(s.folders.events().size(), 2);
+    }
+
+    void aPartIsBetterThanAnotherDay()
+    {
+        Setup s;
+        QVERIFY(s.makeFolder(u".calendars"_s));
+        QVERIFY(s.begins());
+        QTRY_COMPARE(s.folders.events().size(), 1);
+        s.expander.isPartial = true;
+        s.folders.look({ day.end, day.end + std::chrono::hours(24) });
+        QTRY_VERIFY(s.folders.events().isEmpty());
+    }
+
     void noticesFiles_data()
     {
         QTest::addColumn<QString>("folder");
