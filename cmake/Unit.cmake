@@ -7,8 +7,8 @@ target_compile_options(corvella_options INTERFACE
 target_compile_definitions(corvella_options INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 
-# What most sources include, parsed once. Only in the sanitized build: the other one shows that each
-# source includes what it needs.
+# What most sources include, parsed once. For the program itself only in the sanitized build: the
+# other one shows that each source includes what it needs.
 function(precompiled_headers name)
     add_library(${name} OBJECT ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
     target_link_libraries(${name} PRIVATE corvella_options Qt6::Core)
@@ -18,11 +18,11 @@ function(precompiled_headers name)
         <optional> <utility>)
 endfunction()
 if(CMAKE_BUILD_TYPE STREQUAL "Debug")
-    # The sanitizers double the time that a test takes to optimize, which is longer than it runs.
-    set(corvella_test_options -O0)
     precompiled_headers(precompiled)
-    precompiled_headers(precompiled_for_tests ${corvella_test_options})
 endif()
+# A test takes longer to optimize than to run.
+set(corvella_test_options -O0)
+precompiled_headers(precompiled_for_tests ${corvella_test_options})
 
 function(precompile target headers)
     if(TARGET ${headers})
