@@ -144,7 +144,7 @@ private Q_SLOTS:
         child.start(u"unshare"_s, arguments);
         QVERIFY(child.waitForFinished());
         const auto printed = child.readAll();
-        if (child.exitCode() == 77 || printed.contains("unshare failed"))
+        if (child.exitCode() == 77 || printed.startsWith("unshare: "))
             QSKIP("No namespace to be had: local time was not seen to follow the machine's zone");
         QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, printed);
     }
