@@ -122,8 +122,8 @@ private Q_SLOTS:
         const auto folder = home.filePath(u".calendars"_s);
         Setup s(date, { folder });
         QVERIFY(s.events().isEmpty());
-        QVERIFY(QDir().mkpath(folder + u"/work"_s));
-        QVERIFY(QFile::copy(sample(date), folder + u"/work/sample.ics"_s));
+        QVERIFY(QDir().mkpath(folder + u"/office"_s));
+        QVERIFY(QFile::copy(sample(date), folder + u"/office/sample.ics"_s));
         const auto expected = expectedLines(sample(date) + u".expected.json"_s);
         QVERIFY(!expected.isEmpty());
         QTRY_COMPARE(lines(s.events()), expected);

@@ -172,7 +172,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("folder");
         QTest::newRow("in the folder") << u".calendars"_s;
-        QTest::newRow("below") << u".calendars/work"_s;
+        QTest::newRow("below") << u".calendars/office"_s;
         QTest::newRow("deep below") << u".calendars/a/b/c/d/e/f"_s;
     }
 
@@ -199,9 +199,9 @@ private Q_SLOTS:
     void noticesFoldersThatAppear_data()
     {
         QTest::addColumn<QStringList>("folders");
-        QTest::newRow("below") << QStringList { u".calendars/work"_s };
+        QTest::newRow("below") << QStringList { u".calendars/office"_s };
         QTest::newRow("step by step") << QStringList { u"data"_s, u"data/calendars"_s };
-        QTest::newRow("at once") << QStringList { u"data/calendars/work"_s };
+        QTest::newRow("at once") << QStringList { u"data/calendars/office"_s };
     }
 
     void noticesFoldersThatAppear()
@@ -221,7 +221,7 @@ private Q_SLOTS:
     void aFolderThatIsGoneHasNoEvents()
     {
         Setup s;
-        QVERIFY(s.makeFolder(u".calendars/work"_s));
+        QVERIFY(s.makeFolder(u".calendars/office"_s));
         QVERIFY(s.begins());
         QTRY_COMPARE(s.folders.events().size(), 1);
         QVERIFY(QFile::rename(s.path(u".calendars"_s), s.path(u"old"_s)));
@@ -265,13 +265,13 @@ private Q_SLOTS:
     void linksInACircleEnd()
     {
         Setup s;
-        QVERIFY(s.makeFolder(u".calendars/work"_s));
-        QVERIFY(s.link(u".calendars"_s, u".calendars/work/up"_s));
+        QVERIFY(s.makeFolder(u".calendars/office"_s));
+        QVERIFY(s.link(u".calendars"_s, u".calendars/office/up"_s));
         QVERIFY(s.link(u".calendars/self"_s, u".calendars/self"_s));
         const auto plan = FolderTree::plan({ s.path(u".calendars"_s).toLocal8Bit() });
         QCOMPARE(plan.folders.size(), 2);
         QVERIFY(s.begins());
-        QVERIFY(s.write(u".calendars/work/a.ics"_s));
+        QVERIFY(s.write(u".calendars/office/a.ics"_s));
         QVERIFY(s.asksOnceMore());
     }
 
