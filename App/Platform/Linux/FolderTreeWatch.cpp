@@ -1,11 +1,10 @@
 #include "App/Platform/Linux/FolderTreeWatch.h"
 
+#include "App/Platform/Linux/InotifyEvents.h"
+
 #include <QFile>
 
 #include <chrono>
-#include <climits>
-#include <cstring>
-#include <sys/inotify.h>
 #include <unistd.h>
 #include <utility>
 
@@ -113,16 +112,10 @@ void FolderTreeWatch::learn(const Found& found)
 void FolderTreeWatch::drain()
 {
     bool isOther = false;
-    alignas(inotify_event) char buffer[16 * (sizeof(inotify_event) + NAME_MAX + 1)];
-    ssize_t size = 0;
-    while ((size = ::read(m_descriptor->number, buffer, sizeof buffer)) > 0) {
-        for (ssize_t at = 0; at < size;) {
-            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-            const QByteArray name(event->len > 0 ? event->name : "");
-            isOther = isOther || isOfInterest(event->wd, event->mask, name);
-            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
-        }
-    }
+    eachInotifyEvent(m_descriptor->number, [&](const inotify_event& event) {
+        const QByteArray name(event.len > 0 ? event.name : "");
+        isOther = isOther || isOfInterest(event.wd, event.mask, name);
+    });
     if (isOther && !m_soon.isActive())
         m_soon.start();
 }

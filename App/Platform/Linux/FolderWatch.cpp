@@ -1,10 +1,10 @@
 #include "App/Platform/Linux/FolderWatch.h"
 
+#include "App/Platform/Linux/InotifyEvents.h"
+
 #include <QFile>
 #include <QSet>
 
-#include <climits>
-#include <sys/inotify.h>
 #include <unistd.h>
 #include <utility>
 
@@ -13,20 +13,6 @@ namespace {
 // Creation counts because a file that is linked into the folder is never written there.
 constexpr uint32_t events
     = IN_CLOSE_WRITE | IN_CREATE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_ONLYDIR;
-
-QSet<QString> namesIn(const char* buffer, ssize_t size)
-{
-    QSet<QString> names;
-    for (ssize_t at = 0; at < size;) {
-        const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-        if (event->len > 0)
-            names.insert(QFile::decodeName(event->name));
-        else if ((event->mask & IN_Q_OVERFLOW) != 0)
-            names.insert(QString());
-        at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
-    }
-    return names;
-}
 
 }
 
@@ -54,10 +40,12 @@ bool FolderWatch::watch(const QString& folder)
 void FolderWatch::drain()
 {
     QSet<QString> names;
-    alignas(inotify_event) char buffer[16 * (sizeof(inotify_event) + NAME_MAX + 1)];
-    ssize_t size = 0;
-    while ((size = ::read(m_descriptor, buffer, sizeof buffer)) > 0)
-        names += namesIn(buffer, size);
+    eachInotifyEvent(m_descriptor, [&](const inotify_event& event) {
+        if (event.len > 0)
+            names.insert(QFile::decodeName(event.name));
+        else if ((event.mask & IN_Q_OVERFLOW) != 0)
+            names.insert(QString());
+    });
     for (const auto& name : std::as_const(names))
         Q_EMIT changed(name);
 }

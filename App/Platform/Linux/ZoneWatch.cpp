@@ -1,11 +1,11 @@
 #include "App/Platform/Linux/ZoneWatch.h"
 
+#include "App/Platform/Linux/InotifyEvents.h"
+
 #include <QFile>
 #include <QFileInfo>
 
-#include <climits>
 #include <ctime>
-#include <sys/inotify.h>
 #include <unistd.h>
 
 ZoneWatch::ZoneWatch(const QString& link)
@@ -46,15 +46,9 @@ void ZoneWatch::arm()
 void ZoneWatch::drain()
 {
     bool isOther = false;
-    alignas(inotify_event) char buffer[16 * (sizeof(inotify_event) + NAME_MAX + 1)];
-    ssize_t size = 0;
-    while ((size = ::read(m_descriptor, buffer, sizeof buffer)) > 0) {
-        for (ssize_t at = 0; at < size;) {
-            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-            isOther = isOther || (event->wd == m_watch && (event->mask & IN_IGNORED) == 0);
-            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
-        }
-    }
+    eachInotifyEvent(m_descriptor, [&](const inotify_event& event) {
+        isOther = isOther || (event.wd == m_watch && (event.mask & IN_IGNORED) == 0);
+    });
     if (!isOther)
         return;
     const bool wasMissing = m_isMissing;
