@@ -1,6 +1,7 @@
 #include "App/Platform/Linux/Calendar/EventBuilder.h"
 
 #include "App/Platform/Linux/Calendar/RecurrenceRule.h"
+#include "App/Platform/Linux/Calendar/Split.h"
 
 #include <algorithm>
 #include <array>
@@ -55,29 +56,17 @@ std::string shortened(std::string_view location)
     if (kept.size() == location.size())
         return std::string(location);
     const auto lastWord = kept.find_last_of(spaces) + 1; // 0 without a space.
-    auto more = addresses(location.substr(lastWord));
+    const auto more = addresses(location.substr(lastWord));
     const auto wordSize = std::min(location.find_first_of(spaces, lastWord), location.size());
     if (location.substr(lastWord, wordSize - lastWord).find("://") != std::string_view::npos)
         kept = kept.substr(0, lastWord);
     kept = kept.substr(0, kept.find_last_not_of(spaces) + 1);
     std::string text(kept);
-    for (std::string_view rest = more; !rest.empty();) {
-        const auto size = std::min(rest.find(' '), rest.size());
-        if (text.size() + 1 + size <= mostWithAddresses)
-            text.append(text.empty() ? "" : " ").append(rest.substr(0, size));
-        rest.remove_prefix(std::min(size + 1, rest.size()));
-    }
+    split(more, ' ', [&](std::string_view address) {
+        if (text.size() + 1 + address.size() <= mostWithAddresses)
+            text.append(text.empty() ? "" : " ").append(address);
+    });
     return text;
-}
-
-template <typename Visit>
-void eachValue(std::string_view list, Visit visit)
-{
-    while (!list.empty()) {
-        const auto size = std::min(list.find(','), list.size());
-        visit(list.substr(0, size));
-        list.remove_prefix(std::min(size + 1, list.size()));
-    }
 }
 
 }
@@ -191,7 +180,7 @@ void EventBuilder::addRule(std::vector<std::string>& rules, const ContentLine& l
 
 void EventBuilder::addExtraStarts(const ContentLine& line)
 {
-    eachValue(line.value, [&](std::string_view value) {
+    split(line.value, ',', [&](std::string_view value) {
         const auto slash = std::min(value.find('/'), value.size());
         const auto start = time(line, value.substr(0, slash));
         if (!start || !m_window.mayReach(*start))
@@ -208,7 +197,7 @@ void EventBuilder::addExtraStarts(const ContentLine& line)
 
 void EventBuilder::addExceptions(const ContentLine& line)
 {
-    eachValue(line.value, [&](std::string_view value) {
+    split(line.value, ',', [&](std::string_view value) {
         const auto exception = time(line, value);
         if (exception && m_window.mayReach(*exception))
             m_event.exceptions.push_back(*exception);

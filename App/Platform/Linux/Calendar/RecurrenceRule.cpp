@@ -1,5 +1,7 @@
 #include "App/Platform/Linux/Calendar/RecurrenceRule.h"
 
+#include "App/Platform/Linux/Calendar/Split.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -12,17 +14,6 @@ constexpr std::size_t mostTimesOfDay = 48;
 // Days that are tried to count up to those asked for: some 130 years.
 constexpr std::int64_t mostDays = 50'000;
 constexpr std::size_t mostStarts = 2'000;
-
-// Calls with what stands between the separators.
-template <typename Visit>
-void split(std::string_view text, char separator, Visit visit)
-{
-    while (!text.empty()) {
-        const auto size = std::min(text.find(separator), text.size());
-        visit(text.substr(0, size));
-        text.remove_prefix(std::min(size + 1, text.size()));
-    }
-}
 
 template <typename Visit>
 void eachNumber(std::string_view list, Visit visit)
