@@ -8,7 +8,6 @@
 #include <QSet>
 #include <QTimeZone>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -256,16 +255,7 @@ void EdsCalendar::take(const std::optional<EventExpander::Result>& result)
         return;
     }
     finish();
-    if (result->isComplete) {
-        m_retry.succeeded();
-        m_known = m_asked;
-    } else if (m_retry.later() && m_known == m_asked) {
-        return;
-    }
-    const bool isOther = result->events != m_events;
-    m_events = result->events;
-    m_events.squeeze();
-    if (isOther)
+    if (m_kept.take(*result, m_asked, m_retry))
         Q_EMIT changed();
 }
 
@@ -298,12 +288,11 @@ void EdsCalendar::finish()
         beStale();
 }
 
-// A calendar that is being filled changes all the time; most of that time is left to others.
 void EdsCalendar::beStale()
 {
     const bool isNew = !std::exchange(m_isStale, true);
     if (isNew && !m_isAtWork && !m_soon.isActive())
-        m_soon.start(std::clamp(3 * m_taken, 200ms, 30'000ms));
+        m_soon.start(KeptEvents::pauseAfter(m_taken));
 }
 
 void EdsCalendar::close()

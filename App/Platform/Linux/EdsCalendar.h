@@ -4,6 +4,7 @@
 #include "App/Platform/Linux/BusQuestion.h"
 #include "App/Platform/Linux/CalendarSource.h"
 #include "App/Platform/Linux/EventExpander.h"
+#include "App/Platform/Linux/KeptEvents.h"
 #include "App/Platform/Linux/Retry.h"
 
 #include <QElapsedTimer>
@@ -25,7 +26,7 @@ public:
     void look(const TimeSpan& span);
     // At once if the calendar is closed, but without starting the service.
     void reopen();
-    const QList<CalendarEvent>& events() const { return m_events; }
+    const QList<CalendarEvent>& events() const { return m_kept.events(); }
 
 Q_SIGNALS:
     void changed();
@@ -79,7 +80,6 @@ private:
 
     TimeSpan m_span {};
     TimeSpan m_asked {}; // The one that is being read.
-    std::optional<TimeSpan> m_known; // The last one of which all was read.
     bool m_mayStart = true;
     bool m_isStale = false;
     bool m_isAtWork = false;
@@ -91,5 +91,5 @@ private:
     QStringList m_zones;
     QHash<QString, QByteArray> m_zoneTexts; // Empty for those that the calendar does not know.
 
-    QList<CalendarEvent> m_events;
+    KeptEvents m_kept;
 };

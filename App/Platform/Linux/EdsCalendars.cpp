@@ -103,10 +103,12 @@ QList<CalendarEvent> EdsCalendars::events() const
 void EdsCalendars::learnSources()
 {
     const auto uids = m_sources.calendars();
-    const auto before = events().size();
-    std::erase_if(
-        m_calendars, [&uids](const auto& calendar) { return !uids.contains(calendar.first); });
-    const bool isLess = events().size() < before;
+    bool isLess = false;
+    std::erase_if(m_calendars, [&](const auto& calendar) {
+        const bool isGone = !uids.contains(calendar.first);
+        isLess = isLess || (isGone && !calendar.second->events().isEmpty());
+        return isGone;
+    });
     for (const auto& uid : uids) {
         auto& calendar = m_calendars[uid];
         if (calendar)

@@ -99,23 +99,10 @@ void IcsFolders::expand()
 void IcsFolders::take(const std::optional<EventExpander::Result>& result)
 {
     m_isAtWork = false;
-    // Folders that are being filled change all the time; most of that time is left to others.
     if (std::exchange(m_isStale, false))
-        m_soon.start(
-            std::chrono::milliseconds(std::clamp<qint64>(3 * m_taken.elapsed(), 200, 30'000)));
-    if (!result) {
+        m_soon.start(KeptEvents::pauseAfter(std::chrono::milliseconds(m_taken.elapsed())));
+    if (!result)
         m_retry.later();
-        return;
-    }
-    if (result->isComplete) {
-        m_retry.succeeded();
-        m_known = m_asked;
-    } else if (m_retry.later() && m_known == m_asked) {
-        return;
-    }
-    if (result->events == m_events)
-        return;
-    m_events = result->events;
-    m_events.squeeze();
-    Q_EMIT changed();
+    else if (m_kept.take(*result, m_asked, m_retry))
+        Q_EMIT changed();
 }

@@ -5,6 +5,7 @@
 #include "App/Platform/Linux/CalendarSource.h"
 #include "App/Platform/Linux/EventExpander.h"
 #include "App/Platform/Linux/FolderTreeWatch.h"
+#include "App/Platform/Linux/KeptEvents.h"
 #include "App/Platform/Linux/Retry.h"
 
 #include <QElapsedTimer>
@@ -24,7 +25,7 @@ public:
     // Whether one of the folders can be read.
     void checkAccess(QObject* context, const std::function<void(bool)>& answer) override;
     void look(const TimeSpan& span) override;
-    QList<CalendarEvent> events() const override { return m_events; }
+    QList<CalendarEvent> events() const override { return m_kept.events(); }
 
 Q_SIGNALS:
     void searched(bool isOpen); // For those who wait for their answers.
@@ -42,8 +43,7 @@ private:
     QElapsedTimer m_taken;
     TimeSpan m_span {};
     TimeSpan m_asked {}; // The one that is being read.
-    std::optional<TimeSpan> m_known; // The last one of which all was read.
     bool m_isStale = false;
     bool m_isAtWork = false;
-    QList<CalendarEvent> m_events;
+    KeptEvents m_kept;
 };
