@@ -1,0 +1,6 @@
+#include "App/QuickActions/Lemmas.h"
+
+QString lemma(QStringView word)
+{
+    return word.toString().toLower();
+}
