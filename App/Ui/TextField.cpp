@@ -1,17 +1,15 @@
 #include "App/Ui/TextField.h"
 
+#include "App/Ui/CaretRest.h"
 #include "App/Ui/ControlBox.h"
 #include "App/Ui/Interaction.h"
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
-#include <QApplication>
 #include <QInputMethodEvent>
 #include <QPainter>
 #include <QStyle>
-#include <QTimer>
 
-#include <chrono>
 #include <limits>
 
 namespace {
@@ -23,33 +21,13 @@ constexpr int caretWidth = 1;
 constexpr int ownPadding = 2; // QLineEdit adds it by itself.
 constexpr int radius = 6;
 
-// A caret that nobody moves stands still after a while, and wakes nothing up any more.
-constexpr int blinkingMs = 1000;
-constexpr auto restAfter = std::chrono::seconds(10);
-
-bool isUse(QEvent::Type type)
-{
-    switch (type) {
-    case QEvent::FocusIn:
-    case QEvent::InputMethod:
-    case QEvent::KeyPress:
-    case QEvent::MouseButtonPress:
-        return true;
-    default:
-        return false;
-    }
-}
-
 }
 
 TextField::TextField(const QString& placeholder, QWidget* parent)
     : QLineEdit(parent)
     , m_interaction(new Interaction(this, Interaction::Ring::always))
-    , m_caretRest(new QTimer(this))
 {
-    m_caretRest->setSingleShot(true);
-    m_caretRest->setInterval(restAfter);
-    connect(m_caretRest, &QTimer::timeout, this, [] { QApplication::setCursorFlashTime(0); });
+    new CaretRest(this);
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setFrame(false);
@@ -78,17 +56,6 @@ QSize TextField::sizeHint() const
 void TextField::placeBox(const QRect& box)
 {
     ControlBox::place(*this, box);
-}
-
-bool TextField::event(QEvent* event)
-{
-    if (isUse(event->type())) {
-        QApplication::setCursorFlashTime(blinkingMs);
-        m_caretRest->start();
-    } else if (event->type() == QEvent::FocusOut) {
-        m_caretRest->stop();
-    }
-    return QLineEdit::event(event);
 }
 
 void TextField::paintEvent(QPaintEvent* event)

@@ -4,7 +4,6 @@
 #include <QLineEdit>
 
 class Interaction;
-class QTimer;
 
 class TextField final : public QLineEdit {
     Q_OBJECT
@@ -22,13 +21,11 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     void paintSurface(QPainter& painter);
     void paintPlaceholder(QPainter& painter);
 
     Interaction* m_interaction;
-    QTimer* m_caretRest; // Runs while the caret blinks.
     bool m_isComposing = false; // An input method shows what it has not committed yet.
 };

@@ -1,0 +1,171 @@
+#include "App/Ui/DocumentText.h"
+
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTimer>
+
+#include <limits>
+
+namespace {
+
+constexpr qsizetype longestBlock = 2048; // A few milliseconds to lay out.
+constexpr qsizetype perTurn = 65536;
+
+// The state of a block that is one paragraph with the block after it. When two blocks become one
+// Qt keeps the state of the later one, so it has to be told of what follows.
+constexpr int goesOn = 1;
+constexpr int ends = -1;
+
+struct Piece {
+    QStringView words;
+    qsizetype next; // Where the rest of the text begins.
+    bool isParagraph; // A line end follows the words.
+};
+
+bool isLineEnd(QChar character)
+{
+    return character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator;
+}
+
+// Not between the halves of a character, and rather behind a space.
+qsizetype cutBefore(QStringView text, qsizetype limit)
+{
+    for (qsizetype cut = limit; cut > limit / 2; --cut) {
+        if (text[cut - 1].isSpace())
+            return cut;
+    }
+    return text[limit].isLowSurrogate() ? limit - 1 : limit;
+}
+
+Piece nextPiece(QStringView text)
+{
+    const auto window = text.first(qMin(text.size(), longestBlock));
+    for (qsizetype end = 0; end < window.size(); ++end) {
+        if (!isLineEnd(window[end]))
+            continue;
+        const bool isPair = text.sliced(end).startsWith(u"\r\n");
+        return { text.first(end), end + (isPair ? 2 : 1), true };
+    }
+    if (window.size() == text.size())
+        return { text, text.size(), false };
+    const auto cut = cutBefore(text, longestBlock);
+    return { text.first(cut), cut, false };
+}
+
+}
+
+DocumentText::DocumentText(QTextDocument& document)
+    : m_document(document)
+{
+    m_turn.setSingleShot(true);
+    connect(&m_turn, &QTimer::timeout, this, &DocumentText::fill);
+    connect(&document, &QTextDocument::contentsChange, this, &DocumentText::contentsChange);
+}
+
+QString DocumentText::text() const
+{
+    if (!m_isEdited)
+        return m_source;
+    return joined(m_document.toRawText(), 0).append(QStringView(m_source).sliced(m_filled));
+}
+
+QString DocumentText::selectedText(const QTextCursor& cursor) const
+{
+    return joined(cursor.selectedText(), cursor.selectionStart());
+}
+
+// The words of successive blocks, which Qt parts by paragraph separators.
+QString DocumentText::joined(QString words, int position) const
+{
+    if (!m_hasLongParagraphs)
+        return words.replace(QChar::ParagraphSeparator, u'\n');
+    QString text;
+    text.reserve(words.size());
+    int state = goesOn;
+    auto block = m_document.findBlock(position);
+    for (const auto ofBlock : QStringView(words).split(QChar::ParagraphSeparator)) {
+        if (state != goesOn)
+            text += u'\n';
+        text += ofBlock;
+        state = block.userState();
+        block = block.next();
+    }
+    return text;
+}
+
+void DocumentText::setText(const QString& text)
+{
+    m_source = text;
+    m_filled = 0;
+    m_isEdited = false;
+    m_hasLongParagraphs = false;
+    m_document.setUndoRedoEnabled(false);
+    m_isFilling = true;
+    m_document.clear();
+    m_isFilling = false;
+    fill();
+}
+
+void DocumentText::fill()
+{
+    QTextCursor end(&m_document);
+    end.movePosition(QTextCursor::End);
+    m_isFilling = true;
+    m_filled += insertPieces(end, QStringView(m_source).sliced(m_filled), perTurn);
+    m_isFilling = false;
+    if (m_filled < m_source.size())
+        m_turn.start(0);
+    else
+        m_document.setUndoRedoEnabled(!m_hasLongParagraphs);
+}
+
+void DocumentText::insert(QTextCursor cursor, const QString& text)
+{
+    insertPieces(cursor, text, text.size());
+}
+
+qsizetype DocumentText::insertPieces(QTextCursor& cursor, QStringView text, qsizetype atLeast)
+{
+    QString words;
+    QList<int> states;
+    qsizetype taken = 0;
+    while (taken < text.size() && taken < atLeast) {
+        const auto piece = nextPiece(text.sliced(taken));
+        taken += piece.next;
+        words += piece.words;
+        if (!piece.isParagraph && taken == text.size())
+            break;
+        words += u'\n';
+        states += piece.isParagraph ? ends : goesOn;
+    }
+    // Undoing would bring back blocks without their states.
+    if (states.contains(goesOn)) {
+        m_hasLongParagraphs = true;
+        m_document.setUndoRedoEnabled(false);
+    }
+    const int start = cursor.selectionStart();
+    cursor.insertText(words);
+    auto block = m_document.findBlock(start);
+    for (const int state : states) {
+        if (state == goesOn)
+            block.setUserState(goesOn);
+        block = block.next();
+    }
+    return taken;
+}
+
+void DocumentText::contentsChange(int position, int removed, int added)
+{
+    // Qt also tells of new formats this way.
+    if (m_isFilling || (removed == 0 && added == 0))
+        return;
+    auto first = m_document.findBlock(position);
+    auto last = m_document.findBlock(position + added);
+    // A block was divided: what follows it follows its last part.
+    if (first != last && first.userState() == goesOn && last.userState() == ends) {
+        first.setUserState(ends);
+        last.setUserState(goesOn);
+    }
+    m_isEdited = true;
+    Q_EMIT edited();
+}

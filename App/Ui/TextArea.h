@@ -1,0 +1,52 @@
+// Plain text of several lines, to be edited or only read and selected. Takes texts of any size.
+#pragma once
+
+#include "App/Ui/DocumentText.h"
+
+#include <QPlainTextEdit>
+
+class Interaction;
+class ScrollBar;
+
+class TextArea final : public QPlainTextEdit {
+    Q_OBJECT
+
+public:
+    enum class Kind {
+        editor,
+        result, // To be read only, on a ground of its own.
+    };
+
+    // The name is not shown; it is what assistive technology says.
+    explicit TextArea(Kind kind, const QString& name, QWidget* parent = nullptr);
+
+    QRect box() const; // In the area's own coordinates.
+    QString text() const { return m_text.text(); }
+    bool isEmpty() const;
+
+    void setText(const QString& text); // Silent; shows its beginning.
+    void placeBox(const QRect& box); // In the parent's coordinates.
+
+Q_SIGNALS:
+    void edited(); // By the user.
+
+protected:
+    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    QMimeData* createMimeDataFromSelection() const override;
+    void insertFromMimeData(const QMimeData* source) override;
+
+private:
+    int lastTopLine();
+    void adoptColors();
+    void paintSurface();
+    void paintSelection(QPainter& painter);
+
+    const Kind m_kind;
+    Interaction* m_interaction;
+    DocumentText m_text;
+    ScrollBar* m_bar;
+};
