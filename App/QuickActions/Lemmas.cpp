@@ -1,6 +1,7 @@
 #include "App/QuickActions/Lemmas.h"
 
-QString lemma(QStringView word)
+std::optional<QStringView> Lemmas::of(QStringView word)
 {
-    return word.toString().toLower();
+    m_lemma = word.toString().toLower();
+    return m_lemma;
 }

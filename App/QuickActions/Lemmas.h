@@ -3,6 +3,15 @@
 
 #include <QString>
 
-// Lower case. Absent for a word that is no English one, as far as is known. What is joined to it by
-// an apostrophe (n't, 's, 'll, 're, 've, 'd, 'm) is cut off.
-QString lemma(QStringView word);
+#include <optional>
+
+class Lemmas final {
+public:
+    // In lower case, until the next call. Absent for a word that is no English one or the form of
+    // none, as far as is known: then it stands for itself. What is joined to it by an apostrophe
+    // (n't, 's, 'll, 're, 've, 'd, 'm) is cut off first.
+    std::optional<QStringView> of(QStringView word);
+
+private:
+    QString m_lemma;
+};
