@@ -1,24 +1,44 @@
 #include "App/QuickActions/Characters.h"
 
-#include <unicode/ubrk.h>
+#include <algorithm>
 
-Characters::Characters(QStringView text)
-    : m_text(text)
+// Long enough for what it takes to hand a part to ICU.
+static constexpr qsizetype shortestPart = 32;
+
+void Characters::setText(QStringView text)
 {
-    UErrorCode status = U_ZERO_ERROR;
-    m_breaks = ubrk_open(UBRK_CHARACTER, "", text.utf16(), int32_t(text.size()), &status);
+    m_text = text;
+    m_position = 0;
+    m_partEnd = 0;
 }
 
-Characters::~Characters()
+// Takes nothing before or behind it, whatever the version of Unicode.
+bool Characters::isLaterLoner(QChar unit)
 {
-    ubrk_close(m_breaks);
+    const auto isBetween = [unit](char16_t first, char16_t last) {
+        return unit.unicode() >= first && unit.unicode() <= last;
+    };
+    const bool isGreekOrCyrillic = isBetween(u'Α', u'\u0482');
+    const bool isPunctuation = isBetween(u'\u2010', u'\u2027') || isBetween(u'\u3000', u'\u3029');
+    const bool isKana = isBetween(u'ぁ', u'ゖ') || isBetween(u'゠', u'ヿ');
+    const bool isFullWidth = isBetween(u'！', u'～');
+    const bool isHan = isBetween(u'一', u'\u9FFF');
+    const bool isHangulSyllable = isBetween(u'가', u'힣');
+    return isGreekOrCyrillic || isPunctuation || isKana || isFullWidth || isHan || isHangulSyllable;
 }
 
-QStringView Characters::next()
+QStringView Characters::takeJoined()
 {
-    const int32_t start = ubrk_current(m_breaks);
-    const int32_t end = ubrk_next(m_breaks);
-    return end == UBRK_DONE ? QStringView() : m_text.sliced(start, end - start);
+    if (m_position >= m_partEnd) {
+        if (m_text.sliced(m_position).startsWith(u"\r\n"))
+            return take(2);
+        m_partStart = m_position;
+        m_partEnd = std::min(m_position + shortestPart, m_text.size());
+        while (!isSureToEnd(m_partEnd))
+            ++m_partEnd;
+        m_boundaries.setText(m_text.sliced(m_partStart, m_partEnd - m_partStart));
+    }
+    return take(m_partStart + m_boundaries.next() - m_position);
 }
 
 qsizetype characterCount(QStringView text)

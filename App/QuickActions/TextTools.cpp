@@ -68,16 +68,6 @@ QStringView withoutMarker(QStringView item)
     return !rest.isEmpty() && rest.front().isSpace() ? rest.trimmed() : item;
 }
 
-qsizetype wordCount(QStringView text)
-{
-    WordTokens tokens;
-    tokens.setText(text);
-    qsizetype count = 0;
-    while (tokens.next())
-        ++count;
-    return count;
-}
-
 }
 
 QStringList TextTools::sentences(const QString& text)

@@ -1,22 +1,27 @@
-// Walks over the words of a text, leaving out punctuation and white space.
+// Walks over the words of a text, leaving out punctuation and white space. ICU is asked only for
+// what is not plain Latin or Cyrillic.
 #pragma once
 
-#include <QStringView>
+#include "App/QuickActions/Boundaries.h"
 
 #include <optional>
 
-struct UBreakIterator;
-
 class WordTokens final {
 public:
-    WordTokens();
-    ~WordTokens();
-    Q_DISABLE_COPY_MOVE(WordTokens)
-
     void setText(QStringView text); // Not copied.
     std::optional<QStringView> next(); // Absent after the last one.
 
 private:
-    UBreakIterator* m_breaks;
+    void skipGap();
+    qsizetype plainEnd() const;
+    void openPart();
+    QStringView takeTo(qsizetype end);
+
     QStringView m_text;
+    qsizetype m_position = 0;
+    Boundaries m_boundaries { UBRK_WORD };
+    qsizetype m_partStart = 0;
+    qsizetype m_partEnd = 0; // Of what ICU was given.
 };
+
+qsizetype wordCount(QStringView text);
