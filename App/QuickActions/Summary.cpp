@@ -76,6 +76,7 @@ private:
     QStringList m_lemmas;
     std::vector<double> m_frequencies;
     Characters m_characters;
+    Lemmas m_dictionary;
 };
 
 Vocabulary::Vocabulary()
@@ -96,9 +97,8 @@ std::size_t Vocabulary::add(QStringView token)
 
 std::size_t Vocabulary::wordOf(QStringView token)
 {
-    auto word = lemma(token);
-    if (word.isEmpty())
-        word = lowered(token);
+    const auto lemma = m_dictionary.of(token);
+    const QString word = lemma ? lemma->toString() : lowered(token);
     if (!isLongEnough(word))
         return none;
     const auto known = m_words.constFind({ word });
