@@ -50,8 +50,6 @@ TextArea::TextArea(Kind kind, const QString& name, QWidget* parent)
         setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     new CaretRest(this);
     connect(&m_text, &DocumentText::edited, this, &TextArea::edited);
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this,
-        [this] { verticalScrollBar()->setMaximum(lastTopLine()); });
     adoptColors();
 }
 
@@ -131,20 +129,6 @@ void TextArea::insertFromMimeData(const QMimeData* source)
         return;
     m_text.insert(textCursor(), source->text());
     ensureCursorVisible();
-}
-
-// Qt reckons with lines as high as the font, and would scroll beyond the last of ours.
-int TextArea::lastTopLine()
-{
-    int room = viewport()->height() / Theme::lineHeight(TextRole::editor);
-    for (auto block = document()->lastBlock(); block.isValid(); block = block.previous()) {
-        blockBoundingRect(block);
-        const int lines = block.layout()->lineCount();
-        if (lines >= room)
-            return block.firstLineNumber() + lines - room;
-        room -= lines;
-    }
-    return 0;
 }
 
 void TextArea::adoptColors()

@@ -40,7 +40,6 @@ protected:
     void insertFromMimeData(const QMimeData* source) override;
 
 private:
-    int lastTopLine();
     void adoptColors();
     void paintSurface();
     void paintSelection(QPainter& painter);
