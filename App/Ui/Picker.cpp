@@ -54,11 +54,8 @@ void Picker::setTitles(const QStringList& titles)
     if (m_titles == titles)
         return;
     m_titles = titles;
+    m_menu.hide(); // It showed the old ones.
     m_menu.clear();
-    for (QString title : titles) {
-        // An ampersand in a title is no mnemonic.
-        m_menu.addAction(title.replace(u'&', u"&&"_s))->setCheckable(true);
-    }
     const int index = m_current;
     m_current = -1;
     setCurrent(index);
@@ -121,6 +118,7 @@ void Picker::openMenu()
 {
     if (m_titles.isEmpty())
         return;
+    fillMenu();
     m_menu.setLayoutDirection(layoutDirection());
     m_menu.setFont(Theme::familylessFont(TextRole::callout));
     m_menu.setMinimumWidth(box().width());
@@ -138,11 +136,22 @@ void Picker::choose(int index)
         Q_EMIT chosen(index);
 }
 
-void Picker::showTitle()
+// Only now: the titles may be many, and most of them are never asked for.
+void Picker::fillMenu()
 {
+    if (m_menu.isEmpty()) {
+        for (QString title : m_titles) {
+            // An ampersand in a title is no mnemonic.
+            m_menu.addAction(title.replace(u'&', u"&&"_s))->setCheckable(true);
+        }
+    }
     const QList<QAction*> actions = m_menu.actions();
     for (int index = 0; index < actions.size(); ++index)
         actions[index]->setChecked(index == m_current);
+}
+
+void Picker::showTitle()
+{
     setText(m_titles.value(m_current, m_placeholder));
 }
 

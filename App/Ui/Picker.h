@@ -33,6 +33,7 @@ protected:
 
 private:
     void openMenu();
+    void fillMenu();
     void choose(int index);
     void showTitle();
     QColor fillColor() const;
