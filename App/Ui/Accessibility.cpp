@@ -18,9 +18,11 @@ public:
 
     QAccessible::Role role() const override { return QAccessible::ButtonMenu; }
 
+    // The choice is also the description: D-Bus carries no values but numbers.
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Value ? button()->text() : AccessibleButton::text(kind);
+        const bool isChoice = kind == QAccessible::Value || kind == QAccessible::Description;
+        return isChoice ? button()->text() : AccessibleButton::text(kind);
     }
 };
 

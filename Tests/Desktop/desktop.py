@@ -175,6 +175,34 @@ class Corvella:
     def press(self, name, role="push button"):
         self.find(role, name).do_action(0)
 
+    def shown(self, role):
+        """The names of all showing widgets of a role."""
+        names = []
+        for each in everything(self.popover()):
+            each.clear_cache()
+            if each.get_role_name() == role and is_showing(each):
+                names.append(each.get_name())
+        return names
+
+    def focused(self):
+        """The widget that has the keyboard; None while it is the tab as a whole."""
+        for each in everything(self.popover()):
+            if has_state(each, Atspi.StateType.FOCUSED) and has_state(
+                each, Atspi.StateType.FOCUSABLE
+            ):
+                return each
+        return None
+
+    def tab_to(self, name):
+        """Lets the keyboard go on until it comes to a widget of that name."""
+        for _ in range(20):
+            before = self.focused()
+            if before and before.get_name() == name:
+                return
+            press_key("Tab")
+            wait_until(lambda: self.focused() not in (None, before), "the keyboard moves on")
+        raise AssertionError(f"the keyboard never reaches {name}")
+
 
 def children(accessible):
     return [accessible.get_child_at_index(i) for i in range(accessible.get_child_count())]

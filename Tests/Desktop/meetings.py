@@ -148,17 +148,9 @@ class Meetings(unittest.TestCase):
         corvella.press("Allow calendar access")
         return corvella
 
-    def shown(self, role):
-        names = []
-        for each in desktop.everything(self.corvella.popover()):
-            each.clear_cache()
-            if each.get_role_name() == role and desktop.is_showing(each):
-                names.append(each.get_name())
-        return names
-
     def wait_for_rows(self, *names):
-        with self.explained(lambda: self.shown("list item")):
-            wait_until(lambda: self.shown("list item") == list(names), f"rows {names}", 20)
+        with self.explained(lambda: self.corvella.shown("list item")):
+            wait_until(lambda: self.corvella.shown("list item") == list(names), f"rows {names}", 20)
 
     def wait_for_starts(self, program, *arguments):
         with self.explained(program.starts):
@@ -170,25 +162,6 @@ class Meetings(unittest.TestCase):
             yield
         except AssertionError as error:
             raise AssertionError(f"{error}, but {state()}") from None
-
-    def focused(self):
-        """The widget that has the keyboard; None while it is the tab as a whole."""
-        for each in desktop.everything(self.corvella.popover()):
-            if has_state(each, Atspi.StateType.FOCUSED) and has_state(
-                each, Atspi.StateType.FOCUSABLE
-            ):
-                return each
-        return None
-
-    def tab_to(self, name):
-        """Lets the keyboard go on until it comes to a widget of that name."""
-        for _ in range(20):
-            before = self.focused()
-            if before and before.get_name() == name:
-                return
-            press_key("Tab")
-            wait_until(lambda: self.focused() not in (None, before), "the keyboard moves on")
-        self.fail(f"the keyboard never reaches {name}")
 
     def write_typical_day(self):
         write_calendar(
@@ -218,10 +191,10 @@ class Meetings(unittest.TestCase):
     def test_what_was_allowed_once_needs_no_second_word(self):
         self.write_typical_day()
         self.launch_with_access()
-        wait_until(lambda: len(self.shown("list item")) == 4, "the list")
+        wait_until(lambda: len(self.corvella.shown("list item")) == 4, "the list")
         self.corvella.stop()
         self.launch()
-        wait_until(lambda: len(self.shown("list item")) == 4, "the list again")
+        wait_until(lambda: len(self.corvella.shown("list item")) == 4, "the list again")
 
     def test_a_file_that_changes_changes_the_list(self):
         os.makedirs(CALENDARS)
@@ -253,16 +226,16 @@ class Meetings(unittest.TestCase):
         self.start_sound(MICROPHONE)
         self.corvella = Corvella()
         self.corvella.open_popover()
-        self.tab_to("Meetings")
+        self.corvella.tab_to("Meetings")
         press_key("space")
-        self.tab_to("Allow calendar access")
+        self.corvella.tab_to("Allow calendar access")
         press_key("Return")
-        wait_until(lambda: len(self.shown("list item")) == 4, "the list")
+        wait_until(lambda: len(self.corvella.shown("list item")) == 4, "the list")
         for name in ("Mute microphone", "Join Zoom", "Teams", "Zoom"):
-            self.tab_to(name)
+            self.corvella.tab_to(name)
         press_key("Return")
         self.wait_for_starts(self.browser, ZOOM)
-        self.tab_to("Teams")
+        self.corvella.tab_to("Teams")
         press_key("space")
         self.wait_for_starts(self.browser, ZOOM, TEAMS)
 
@@ -313,7 +286,7 @@ class Meetings(unittest.TestCase):
         self.wait_for_starts(self.browser, ZOOM)
         calendar("put", "sync", today("00:15"), today("00:45"), "Sync")
         self.wait_for_rows("Sync, 00:15, over")
-        self.assertNotIn("Join Zoom", self.shown("push button"))
+        self.assertNotIn("Join Zoom", self.corvella.shown("push button"))
 
     def test_where_nothing_may_be_read_the_settings_are_offered(self):
         corvella = self.launch_with_access(DBUS_SESSION_BUS_ADDRESS=self.start_sandbox())

@@ -74,6 +74,7 @@ private Q_SLOTS:
         QCOMPARE(accessible->role(), QAccessible::ButtonMenu);
         QCOMPARE(accessible->text(QAccessible::Name), u"Model"_s);
         QCOMPARE(accessible->text(QAccessible::Value), u"llama"_s);
+        QCOMPARE(accessible->text(QAccessible::Description), u"llama"_s);
     }
 };
 
