@@ -6,8 +6,11 @@
 #include "App/Meetings/MeetingsView.h"
 #include "App/Platform/AddressOpener.h"
 #include "App/Platform/AudioInput.h"
+#include "App/Platform/Clipboard.h"
+#include "App/Platform/HttpClient.h"
 #include "App/Platform/ProcessInfo.h"
 #include "App/Platform/UserDefaults.h"
+#include "App/QuickActions/QuickActionsView.h"
 #include "App/System/SystemMonitor.h"
 #include "App/System/SystemView.h"
 
@@ -15,6 +18,8 @@ std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
 {
     if (tab == Tab::focus)
         return std::make_unique<FocusView>(PomodoroModel::shared());
+    if (tab == Tab::actions)
+        return std::make_unique<QuickActionsView>(Clipboard::shared(), HttpClient::shared());
     if (tab == Tab::meetings) {
         return std::make_unique<MeetingsView>(CalendarModel::shared(), AudioInput::shared(),
             UserDefaults::shared(), AddressOpener::shared());

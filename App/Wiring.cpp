@@ -10,6 +10,7 @@
 #include "App/Platform/Linux/EndSignals.h"
 #include "App/Platform/Linux/HelperAddressOpener.h"
 #include "App/Platform/Linux/HelperEventExpander.h"
+#include "App/Platform/Linux/HelperHttpClient.h"
 #include "App/Platform/Linux/HelperSoundPlayer.h"
 #include "App/Platform/Linux/IcsFolders.h"
 #include "App/Platform/Linux/JsonUserDefaults.h"
@@ -26,6 +27,7 @@
 #include "App/Platform/Linux/SystemClock.h"
 #include "App/Platform/Linux/TrayStatusItem.h"
 #include "App/Platform/Linux/UPowerSources.h"
+#include "App/Platform/Linux/X11Clipboard.h"
 #include "App/Platform/Linux/X11Compositor.h"
 #include "App/Platform/Linux/X11PopoverWindow.h"
 #include "App/Popover.h"
@@ -110,6 +112,18 @@ CalendarModel& CalendarModel::shared()
     static auto& midnight = *new QtTicker;
     static auto& model = *new CalendarModel(store, wallClock(), timer, midnight);
     return model;
+}
+
+Clipboard& Clipboard::shared()
+{
+    static auto& clipboard = *new X11Clipboard;
+    return clipboard;
+}
+
+HttpClient& HttpClient::shared()
+{
+    static auto& client = *new HelperHttpClient(helper(u"send-request"_s));
+    return client;
 }
 
 PomodoroModel& PomodoroModel::shared()
