@@ -28,7 +28,7 @@ struct X11Clipboard::Unanswered {
     std::deque<std::unique_ptr<X11Conversation>> kept;
 };
 
-X11Clipboard::X11Clipboard(const ReadingPatience& patience)
+X11Clipboard::X11Clipboard(const Patience& patience)
     : m_patience(patience)
     , m_display(qgetenv("DISPLAY"))
     , m_unanswered(std::make_shared<Unanswered>())

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "App/Platform/Clipboard.h"
-#include "App/Platform/Linux/ReadingPatience.h"
+#include "App/Platform/Linux/Patience.h"
 
 #include <QByteArray>
 
@@ -10,7 +10,7 @@
 
 class X11Clipboard final : public Clipboard {
 public:
-    explicit X11Clipboard(const ReadingPatience& patience = ReadingPatience());
+    explicit X11Clipboard(const Patience& patience = Patience());
 
     // Not through Qt, which would wait for the owner of the clipboard on the main thread.
     void readText(QObject* waiter, std::function<void(const QString& text)> done) override;
@@ -19,7 +19,7 @@ public:
 private:
     struct Unanswered;
 
-    ReadingPatience m_patience;
+    Patience m_patience;
     QByteArray m_display;
     std::shared_ptr<Unanswered> m_unanswered; // Shared with the threads that read.
 };

@@ -2,7 +2,7 @@
 
 #include <xcb/xcbext.h>
 
-X11Conversation::X11Conversation(const QByteArray& display, const ReadingPatience& patience)
+X11Conversation::X11Conversation(const QByteArray& display, const Patience& patience)
     : m_patience(patience)
     , m_x(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &m_screen))
     , m_isOver(xcb_connection_has_error(m_x) != 0)

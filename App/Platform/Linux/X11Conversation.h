@@ -1,7 +1,7 @@
 // A connection to an X11 server beside Qt's, on which nothing is waited for beyond a patience.
 #pragma once
 
-#include "App/Platform/Linux/ReadingPatience.h"
+#include "App/Platform/Linux/Patience.h"
 #include "App/Platform/Linux/X11Connection.h"
 
 #include <QByteArray>
@@ -12,7 +12,7 @@ class X11Conversation final {
 public:
     using Event = std::unique_ptr<xcb_generic_event_t, decltype(&std::free)>;
 
-    X11Conversation(const QByteArray& display, const ReadingPatience& patience);
+    X11Conversation(const QByteArray& display, const Patience& patience);
     ~X11Conversation();
     Q_DISABLE_COPY_MOVE(X11Conversation)
 
@@ -35,7 +35,7 @@ private:
     void* rawReply(unsigned sequence);
     void await();
 
-    ReadingPatience m_patience;
+    Patience m_patience;
     int m_screen = 0;
     xcb_connection_t* m_x;
     bool m_isOver;

@@ -1,0 +1,53 @@
+// What tests of clipboards have in common.
+#pragma once
+
+#include "App/Platform/Clipboard.h"
+
+#include <QObject>
+#include <QProcess>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+constexpr qint64 longestStandstill = 500; // Milliseconds, on a machine that is busy.
+
+inline QByteArray longText(qsizetype size)
+{
+    const QByteArray line("Wörter, die niemand je ausgelesen hat. ");
+    return line.repeated(size / line.size());
+}
+
+struct Reading {
+    explicit Reading(Clipboard& clipboard)
+    {
+        clipboard.readText(waiter.get(), [this](const QString& answer) {
+            text = answer;
+            ++answers;
+        });
+    }
+    Q_DISABLE_COPY_MOVE(Reading)
+    ~Reading() = default;
+
+    QString awaited()
+    {
+        const bool isThere = QTest::qWaitFor([this] { return text.has_value(); }, 20'000);
+        return isThere ? *text : QStringLiteral("no answer");
+    }
+
+    std::unique_ptr<QObject> waiter = std::make_unique<QObject>();
+    std::optional<QString> text;
+    int answers = 0;
+};
+
+// What another program prints, while the event loop of this one goes on.
+inline QByteArray outputOf(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    QByteArray bytes;
+    QObject::connect(&process, &QProcess::readyReadStandardOutput,
+        [&] { bytes += process.readAllStandardOutput(); });
+    process.start(program, arguments);
+    const auto isOver = [&] { return process.state() == QProcess::NotRunning; };
+    return QTest::qWaitFor(isOver, 20'000) ? bytes : QByteArray("nothing in time");
+}
