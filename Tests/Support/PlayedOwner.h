@@ -83,11 +83,13 @@ private:
     void serve()
     {
         while (!m_isOver) {
+            // Flushing may read events as well.
+            xcb_flush(m_x);
             while (auto* const event = xcb_poll_for_event(m_x)) {
                 handle(*event);
                 std::free(event);
+                xcb_flush(m_x);
             }
-            xcb_flush(m_x);
             pollfd waited { xcb_get_file_descriptor(m_x), POLLIN, 0 };
             ::poll(&waited, 1, 20);
         }

@@ -121,6 +121,8 @@ private:
     // Nothing when the owner refuses, or the conversation is over.
     std::optional<Property> converted(xcb_atom_t target)
     {
+        if (m_conversation.isOver())
+            return std::nullopt;
         const auto property = atom(answerProperty);
         xcb_convert_selection(m_x, m_window, atom("CLIPBOARD"), target, property, XCB_CURRENT_TIME);
         if (!isAnswered(target))

@@ -3,10 +3,13 @@
 
 #include "App/Platform/Clipboard.h"
 
+#include <QEventLoop>
 #include <QObject>
 #include <QProcess>
 #include <QTest>
+#include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -44,10 +47,15 @@ struct Reading {
 inline QByteArray outputOf(const QString& program, const QStringList& arguments)
 {
     QProcess process;
-    QByteArray bytes;
-    QObject::connect(&process, &QProcess::readyReadStandardOutput,
-        [&] { bytes += process.readAllStandardOutput(); });
+    QEventLoop loop;
+    QByteArray bytes("nothing in time");
+    const auto end = [&] {
+        bytes = process.readAllStandardOutput();
+        loop.quit();
+    };
+    QObject::connect(&process, &QProcess::finished, &loop, end);
+    QTimer::singleShot(std::chrono::seconds(20), &loop, &QEventLoop::quit);
     process.start(program, arguments);
-    const auto isOver = [&] { return process.state() == QProcess::NotRunning; };
-    return QTest::qWaitFor(isOver, 20'000) ? bytes : QByteArray("nothing in time");
+    loop.exec();
+    return bytes;
 }
