@@ -12,19 +12,27 @@ void Characters::setText(QStringView text)
     m_partEnd = 0;
 }
 
+void Characters::skipTo(qsizetype position)
+{
+    if (position == m_position || !isSureToEnd(position))
+        return;
+    m_position = position;
+    m_partEnd = 0;
+}
+
 // Takes nothing before or behind it, whatever the version of Unicode.
 bool Characters::isLaterLoner(QChar unit)
 {
     const auto isBetween = [unit](char16_t first, char16_t last) {
         return unit.unicode() >= first && unit.unicode() <= last;
     };
+    const bool isHan = isBetween(u'一', u'\u9FFF');
+    const bool isHangul = isBetween(u'가', u'힣');
     const bool isGreekOrCyrillic = isBetween(u'Α', u'\u0482');
-    const bool isPunctuation = isBetween(u'\u2010', u'\u2027') || isBetween(u'\u3000', u'\u3029');
     const bool isKana = isBetween(u'ぁ', u'ゖ') || isBetween(u'゠', u'ヿ');
     const bool isFullWidth = isBetween(u'！', u'～');
-    const bool isHan = isBetween(u'一', u'\u9FFF');
-    const bool isHangulSyllable = isBetween(u'가', u'힣');
-    return isGreekOrCyrillic || isPunctuation || isKana || isFullWidth || isHan || isHangulSyllable;
+    const bool isPunctuation = isBetween(u'\u2010', u'\u2027') || isBetween(u'\u3000', u'\u3029');
+    return isHan || isHangul || isGreekOrCyrillic || isKana || isFullWidth || isPunctuation;
 }
 
 QStringView Characters::takeJoined()

@@ -10,6 +10,9 @@ public:
 
     void setText(QStringView text); // Not copied.
     QStringView next(); // Empty after the last one.
+    qsizetype position() const { return m_position; } // Behind the last one.
+    // Only where it takes no look at what is between to know that a character begins there.
+    void skipTo(qsizetype position);
 
 private:
     static bool standsAlone(QChar unit) { return unit < u'\u0300' || isLaterLoner(unit); }

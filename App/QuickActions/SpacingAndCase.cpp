@@ -12,17 +12,21 @@
 
 namespace {
 
-enum class Kind : std::uint8_t { Other, Gap, Lower, Upper, Pause, FullStop };
+// In this order: all before a gap are written as they are.
+enum class Kind : std::uint8_t { Other, Lower, Upper, Gap, Pause, FullStop, FullStopAfterLower };
 
 constexpr std::array<Kind, 0x80> kinds = [] {
     std::array<Kind, 0x80> table {};
-    for (const auto gap : { ' ', '\t', '\n' })
-        table[static_cast<std::size_t>(gap)] = Kind::Gap;
-    for (const auto pause : { ',', ';', ':', '!', '?' })
-        table[static_cast<std::size_t>(pause)] = Kind::Pause;
-    table['.'] = Kind::FullStop;
-    std::fill(table.begin() + 'a', table.begin() + 'z' + 1, Kind::Lower);
-    std::fill(table.begin() + 'A', table.begin() + 'Z' + 1, Kind::Upper);
+    const auto set = [&table](char16_t first, char16_t last, Kind kind) {
+        std::fill(table.begin() + first, table.begin() + last + 1, kind);
+    };
+    set(u'a', u'z', Kind::Lower);
+    set(u'A', u'Z', Kind::Upper);
+    for (const auto gap : { u' ', u'\t', u'\n' })
+        set(gap, gap, Kind::Gap);
+    for (const auto pause : { u',', u';', u':', u'!', u'?' })
+        set(pause, pause, Kind::Pause);
+    set(u'.', u'.', Kind::FullStop);
     return table;
 }();
 
@@ -45,64 +49,103 @@ public:
     QString mended();
 
 private:
-    qsizetype writeGap(qsizetype start);
-    bool lacksSpaceBefore(Kind next) const;
+    Kind kindAt(qsizetype position) const;
+    qsizetype plainEnd(qsizetype start) const;
+    qsizetype gapEnd(qsizetype start) const;
+    void writePlain(QStringView run);
+    void writeGap(QStringView run);
     void write(QChar unit, Kind kind);
 
     QStringView m_text;
     QString m_mended;
     QChar* m_end;
     Kind m_last = Kind::Other;
-    Kind m_lastButOne = Kind::Other;
 };
 
 QString SpacingMender::mended()
 {
     for (qsizetype i = 0; i < m_text.size();) {
-        const auto kind = kindOf(m_text[i]);
-        if (kind == Kind::Gap) {
-            i = writeGap(i);
-            continue;
-        }
-        if (lacksSpaceBefore(kind))
-            write(u' ', Kind::Gap);
-        write(m_text[i++], kind);
+        const auto start = i;
+        if (i = plainEnd(start); i > start)
+            writePlain(m_text.sliced(start, i - start));
+        else if (i = gapEnd(start); i > start)
+            writeGap(m_text.sliced(start, i - start));
+        else
+            write(m_text[i++], kindAt(start));
     }
     m_mended.truncate(m_end - m_mended.constData());
     return std::move(m_mended).trimmed();
 }
 
-// Returns where what follows the gap begins.
-qsizetype SpacingMender::writeGap(qsizetype start)
+Kind SpacingMender::kindAt(qsizetype position) const
+{
+    return position < m_text.size() ? kindOf(m_text[position]) : Kind::Other;
+}
+
+// Words with one space between them.
+qsizetype SpacingMender::plainEnd(qsizetype start) const
 {
     auto end = start;
-    int lineFeeds = 0;
-    for (; end < m_text.size() && kindOf(m_text[end]) == Kind::Gap; ++end)
-        lineFeeds += m_text[end] == u'\n' ? 1 : 0;
-    for (auto left = std::min(lineFeeds, 2); left > 0; --left)
-        write(u'\n', Kind::Gap);
-    const auto next = end < m_text.size() ? kindOf(m_text[end]) : Kind::Other;
-    if (lineFeeds == 0 && next != Kind::Pause && next != Kind::FullStop)
-        write(u' ', Kind::Gap);
+    while (end < m_text.size()) {
+        const bool isPlain = kindAt(end) < Kind::Gap;
+        if (!isPlain && (m_text[end] != u' ' || kindAt(end + 1) >= Kind::Gap))
+            break;
+        ++end;
+    }
     return end;
 }
 
-bool SpacingMender::lacksSpaceBefore(Kind next) const
+qsizetype SpacingMender::gapEnd(qsizetype start) const
 {
-    if (m_last == Kind::Pause)
-        return next == Kind::Lower || next == Kind::Upper;
-    return m_last == Kind::FullStop && m_lastButOne == Kind::Lower && next == Kind::Upper;
+    auto end = start;
+    while (kindAt(end) == Kind::Gap)
+        ++end;
+    return end;
+}
+
+void SpacingMender::writePlain(QStringView run)
+{
+    const auto first = kindOf(run.front());
+    const bool isAsciiLetter = first == Kind::Lower || first == Kind::Upper;
+    if ((m_last == Kind::Pause && isAsciiLetter)
+        || (m_last == Kind::FullStopAfterLower && first == Kind::Upper))
+        *m_end++ = u' ';
+    m_end = std::ranges::copy(run, m_end).out;
+    m_last = kindOf(run.back());
+}
+
+void SpacingMender::writeGap(QStringView run)
+{
+    const auto next = kindAt(run.end() - m_text.begin());
+    if (run.contains(u'\n')) {
+        for (auto left = std::min<qsizetype>(run.count(u'\n'), 2); left > 0; --left)
+            write(u'\n', Kind::Gap);
+    } else if (next != Kind::Pause && next != Kind::FullStop) {
+        write(u' ', Kind::Gap);
+    }
 }
 
 void SpacingMender::write(QChar unit, Kind kind)
 {
     *m_end++ = unit;
-    m_lastButOne = std::exchange(m_last, kind);
+    const bool isAfterLower = kind == Kind::FullStop && m_last == Kind::Lower;
+    m_last = isAfterLower ? Kind::FullStopAfterLower : kind;
 }
 
-bool isOneOf(QStringView units, QStringView character)
+bool endsSentence(QChar unit)
 {
-    return character.size() == 1 && units.contains(character.front());
+    return unit == u'.' || unit == u'!' || unit == u'?' || unit == u'\n';
+}
+
+bool opensQuote(QChar unit)
+{
+    return unit == u'"' || unit == u'\'' || unit == u'(' || unit == u'“' || unit == u'‘';
+}
+
+bool mayFollowI(QChar unit)
+{
+    return unit == u' ' || unit == u'\'' || unit == u',' || unit == u'.' || unit == u'!'
+        || unit == u'?';
 }
 
 bool isLetter(QStringView character)
@@ -110,11 +153,6 @@ bool isLetter(QStringView character)
     UChar32 c = 0;
     U16_GET(character.utf16(), 0, 0, character.size(), c);
     return u_isalpha(c);
-}
-
-bool isWhiteSpace(QStringView character)
-{
-    return character == u"\r\n" || (character.size() == 1 && character.front().isSpace());
 }
 
 // As one character, however many code points make it up. Becomes three times as long at most.
@@ -131,11 +169,12 @@ void appendCapital(QString& text, QStringView character)
 }
 
 // What this character makes of the wish for a capital, when it has not become one itself.
-bool capitalizesNext(QStringView character, bool wished)
+bool capitalizesNext(QStringView character, bool isWished)
 {
-    if (isOneOf(u".!?\n", character))
-        return true;
-    return wished && (isWhiteSpace(character) || isOneOf(u"\"'(“‘", character));
+    if (character.size() > 1)
+        return isWished && character == u"\r\n";
+    const auto unit = character.front();
+    return endsSentence(unit) || (isWished && (unit.isSpace() || opensQuote(unit)));
 }
 
 QString withSentencesCapitalized(QStringView text)
@@ -144,20 +183,29 @@ QString withSentencesCapitalized(QStringView text)
     capitalized.reserve(text.size());
     Characters characters(text);
     qsizetype copied = 0;
+    qsizetype sentenceEnd = 0;
     bool isWished = true;
-    for (qsizetype end = 0; end < text.size();) {
+    while (true) {
+        if (!isWished) {
+            if (sentenceEnd < characters.position())
+                sentenceEnd
+                    = std::find_if(text.begin() + characters.position(), text.end(), endsSentence)
+                    - text.begin();
+            characters.skipTo(sentenceEnd);
+        }
         const auto character = characters.next();
-        const auto start = std::exchange(end, end + character.size());
+        if (character.isEmpty())
+            return capitalized += text.sliced(copied);
         if (!isWished || !isLetter(character)) {
             isWished = capitalizesNext(character, isWished);
             continue;
         }
-        capitalized += text.sliced(copied, start - copied);
+        const auto end = characters.position();
+        capitalized += text.sliced(copied, end - character.size() - copied);
         appendCapital(capitalized, character);
         copied = end;
         isWished = false;
     }
-    return capitalized += text.sliced(copied);
 }
 
 // As regular expressions have it: marks and what only formats belong to what is before them.
@@ -176,9 +224,9 @@ bool endsInWord(QStringView text)
 
 void capitalizeLoneI(QString& text)
 {
-    for (qsizetype i = 0; i + 1 < text.size(); ++i) {
-        if (text.at(i) == u'i' && QStringView(u" ',.!?").contains(text.at(i + 1))
-            && !endsInWord(QStringView(text).first(i)))
+    const QStringView units(text);
+    for (qsizetype i = 0; i + 1 < units.size(); ++i) {
+        if (units[i] == u'i' && mayFollowI(units[i + 1]) && !endsInWord(units.first(i)))
             text[i] = u'I';
     }
 }
