@@ -30,6 +30,7 @@ constexpr std::array<Kind, 0x530> kinds = [] {
     set(u',', u',', Kind::DigitJoint);
     set(u';', u';', Kind::DigitJoint);
     set(u':', u':', Kind::Colon);
+    set(u'@', u'@', Kind::Unsure); // Part of an address in some versions.
     set(u'\u00B7', u'\u00B7', Kind::Unsure); // A joint in Catalan.
     for (const auto letter : { u'\u00AA', u'\u00B5', u'\u00BA' })
         set(letter, letter, Kind::Letter);
