@@ -77,16 +77,24 @@ bool isLoopback(int family, const std::string& host)
     return inet_pton(family, host.c_str(), &number) == 1 && isLoopback(number);
 }
 
-// The name of this machine, or a number of it; no other name is asked for anywhere.
-bool isLocal(const char* url)
+std::string part(CURLU* address, CURLUPart which)
+{
+    char* text = nullptr;
+    if (curl_url_get(address, which, &text, 0) != CURLUE_OK)
+        return {};
+    const std::string copy(text);
+    curl_free(text);
+    return copy;
+}
+
+// By the name of this machine or by a number of it; no other name is asked for anywhere.
+bool isHere(const char* url)
 {
     const Address address(curl_url());
-    char* part = nullptr;
     if (curl_url_set(address.get(), CURLUPART_URL, url, 0) != CURLUE_OK
-        || curl_url_get(address.get(), CURLUPART_HOST, &part, 0) != CURLUE_OK)
+        || part(address.get(), CURLUPART_SCHEME) != "http")
         return false;
-    std::string host(part);
-    curl_free(part);
+    std::string host = part(address.get(), CURLUPART_HOST);
     if (host.starts_with('[') && host.ends_with(']'))
         host = host.substr(1, host.size() - 2);
     return host == "localhost" || isLoopback<in_addr>(AF_INET, host)
@@ -104,7 +112,15 @@ curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address)
 struct Reply {
     long long size = 0;
     bool isTooLarge = false;
+    bool hasWholeHead = false;
 };
+
+// The library takes a head that breaks off for a whole one.
+std::size_t takeHead(char*, std::size_t, std::size_t size, void* user)
+{
+    static_cast<Reply*>(user)->hasWholeHead = size <= 2; // An empty line.
+    return size;
+}
 
 std::size_t takeBody(char* bytes, std::size_t, std::size_t size, void* user)
 {
@@ -120,7 +136,7 @@ RequestExit exitOf(CURLcode code, const Reply& reply)
         return RequestExit::tooLarge;
     switch (code) {
     case CURLE_OK:
-        return RequestExit::replied;
+        return reply.hasWholeHead ? RequestExit::replied : RequestExit::networkConnectionLost;
     case CURLE_COULDNT_CONNECT:
         return RequestExit::cannotConnectToHost;
     case CURLE_COULDNT_RESOLVE_HOST:
@@ -156,6 +172,8 @@ void prepare(CURL* easy, const char* url, long timeout, Reply& reply)
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, timeout);
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, curl_off_t { largestReply });
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHead);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, &reply);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &reply);
 }
@@ -174,7 +192,7 @@ Headers post(CURL* easy, const std::string& body, const std::string& contentType
 
 RequestExit send(const char* url, long timeout, const char* contentType)
 {
-    if (!isLocal(url))
+    if (!isHere(url))
         return RequestExit::cannotFindHost;
     const Easy easy(curl_easy_init());
     if (!easy)

@@ -25,7 +25,7 @@ TransportError errorOf(RequestExit exit)
     case RequestExit::notHttp:
         return { Kind::other, u"The server does not speak HTTP"_s };
     default:
-        return { Kind::other, u"The request could not be sent"_s };
+        return { Kind::other, u"The request failed"_s };
     }
 }
 
@@ -36,6 +36,7 @@ HelperRequest::HelperRequest(QObject* waiter, std::function<void(HttpResult)> do
     , m_done(std::move(done))
 {
     m_deadline.setSingleShot(true);
+    m_deadline.setTimerType(Qt::PreciseTimer);
     m_process.setStandardErrorFile(QProcess::nullDevice());
     connect(
         &m_deadline, &QTimer::timeout, this, [this] { finish(errorOf(RequestExit::timedOut)); });
