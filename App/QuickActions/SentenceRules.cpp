@@ -116,7 +116,7 @@ bool goesOnAfter(Abbreviation kind, QStringView word, QStringView rest)
     case Abbreviation::hour:
         return rest.startsWith(u'(') || datesAnHour(firstWord(rest));
     case Abbreviation::open:
-        return true;
+        return isCapital(firstWord(rest)) || startsWithNumber(rest);
     case Abbreviation::closed:
         return false;
     }
@@ -152,6 +152,16 @@ bool goesOnAfterStop(QStringView sentence, QStringView rest)
     return isAcronym(word) && (startsWithName(rest) || rest.startsWith(u'('));
 }
 
+// A quote that ends like a sentence: «Stop!».
+bool endsQuote(QStringView text)
+{
+    const auto quoted
+        = chopped(text, [](QChar c) { return QStringView(u"\"'\u2019\u201D\u00BB").contains(c); });
+    const auto words = chopped(quoted, [](QChar c) { return c == u'!' || c == u'?'; });
+    return quoted.size() < text.size() && words.size() < quoted.size() && !words.isEmpty()
+        && words.back().isLetter();
+}
+
 // Someone says what was quoted: he said, Aunt Em cried.
 bool goesOnAfterQuote(QStringView rest)
 {
@@ -168,10 +178,9 @@ bool goesOnAfterQuote(QStringView rest)
     return false;
 }
 
-bool isEllipsis(QStringView text)
+bool isSmallWord(QStringView word)
 {
-    return text == u"\u2026"
-        || (text.size() > 1 && std::ranges::all_of(text, [](QChar c) { return c == u'.'; }));
+    return word.size() > 1 && std::ranges::all_of(word, isSmall);
 }
 
 // Whether the first letter is a small one: such writers begin no sentence with a capital.
@@ -187,21 +196,33 @@ bool isAddress(QStringView text)
     return text.startsWith(u"http://") || text.startsWith(u"https://") || text.startsWith(u"www.");
 }
 
-bool isSmallWord(QStringView word)
+// Whether it is more than one word of which the last, with its full stop, is no abbreviation.
+bool isWhole(QStringView sentence)
 {
-    return word.size() > 1 && std::ranges::all_of(word, isSmall);
+    const auto text = sentence.chopped(1);
+    const auto end = text.last(std::min(text.size(), 2 * longestWord));
+    if (!end.contains(u' '))
+        return false;
+    if (const auto word = stoppedWord(sentence); !word.isEmpty())
+        return word.size() > 1 && !word.contains(u'.') && !abbreviation(word);
+    return end.back() == u')' || (end.back().isDigit() && end[end.size() - 2].isDigit());
 }
 
-// Whether what is before the full stop could be the end of a sentence.
-bool mayEnd(QStringView sentence)
+// Few writers leave out the space, and none of them before words that are no names: «.com», «.The».
+bool isGlued(QStringView sentence, QStringView rest)
 {
-    const auto word = stoppedWord(sentence);
-    if (!word.isEmpty())
-        return word.size() > 1 && !word.contains(u'.') && !abbreviation(word);
-    const auto text = sentence.chopped(1);
-    const auto isTwoDigits
-        = [](QStringView end) { return end.size() == 2 && end[0].isDigit() && end[1].isDigit(); };
-    return text.endsWith(u')') || isTwoDigits(text.last(std::min<qsizetype>(text.size(), 2)));
+    const auto word = firstWord(rest);
+    return isCapital(rest) && isSmallWord(word.sliced(1)) && opensSentences(word)
+        && !after(word, rest).startsWith(u'.') && isSmallWord(stoppedWord(sentence));
+}
+
+// Where the sentence is written with a capital, only such words as begin another, and no names of
+// which a part is left out, are taken for the carelessness of one who writes without.
+bool isCareless(QStringView sentence, QStringView rest)
+{
+    const auto word = firstWord(rest);
+    return startsSmall(sentence) || word == u"i"
+        || (opensSentences(word) && !isCapital(stoppedWord(sentence)));
 }
 
 }
@@ -211,29 +232,21 @@ bool SentenceRules::goesOn(QStringView sentence, QStringView rest)
     if (sentence.isEmpty() || rest.isEmpty() || endsLine(sentence.back()))
         return false;
     const auto text = withoutSpace(sentence);
-    if (isEllipsis(text))
-        return rest.front().isUpper();
     const auto marked = chopped(text, closes);
     if (marked.isEmpty() || text.size() == sentence.size())
         return false;
     if (marked.back() == u'.')
         return marked.size() == text.size() && goesOnAfterStop(marked, rest);
-    return marked.size() < text.size() && QStringView(u"!?").contains(marked.back())
-        && goesOnAfterQuote(rest);
+    return endsQuote(text) && goesOnAfterQuote(rest);
 }
 
 bool SentenceRules::endsEarly(QStringView sentence, QStringView rest)
 {
     const auto text = withoutSpace(sentence);
-    if (text.isEmpty() || text.back() != u'.' || rest.isEmpty())
+    if (!text.endsWith(u'.') || rest.isEmpty())
         return false;
-    const auto word = firstWord(rest);
     if (text.size() == sentence.size())
-        return isSmallWord(stoppedWord(text)) && isCapital(word) && isSmallWord(word.sliced(1))
-            && opensSentences(word) && rest.front().isUpper()
-            && !after(word, rest).startsWith(u'.');
-    if (isAddress(rest))
-        return mayEnd(text);
-    return rest.front().isLower() && mayEnd(text)
-        && (opensSentences(word) || startsSmall(sentence));
+        return isGlued(text, rest);
+    return isWhole(text)
+        && (isAddress(rest) || (rest.front().isLower() && isCareless(sentence, rest)));
 }
