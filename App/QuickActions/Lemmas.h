@@ -7,11 +7,13 @@
 
 class Lemmas final {
 public:
-    // In lower case, until the next call. Absent for a word that is no English one or the form of
-    // none, as far as is known: then it stands for itself. What is joined to it by an apostrophe
-    // (n't, 's, 'll, 're, 've, 'd, 'm) is cut off first.
+    // In lower case, until the next call. Absent for a word that stands for itself: because it is
+    // no inflected one, or because it is not known. What an apostrophe joins to a word (n't, 's,
+    // 'll, 're, 've, 'd, 'm) is cut off; of such a word the lemma is never absent.
     std::optional<QStringView> of(QStringView word);
 
 private:
+    bool look(QStringView word);
+
     QString m_lemma;
 };
