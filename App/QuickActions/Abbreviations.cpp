@@ -2,17 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace {
 
 struct Entry {
-    QStringView word;
+    std::u16string_view word;
     Abbreviation kind;
 };
 
 using enum Abbreviation;
 
-// Each table is sorted.
+// Each table is sorted, in lower case.
 constexpr auto abbreviations = std::to_array<Entry>({
     { u"a.k.a", open },
     { u"a.m", hour },
@@ -29,9 +30,11 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"assoc", closed },
     { u"asst", title },
     { u"attn", open },
+    { u"atty", title },
     { u"aug", date },
     { u"ave", closed },
     { u"avg", closed },
+    { u"b", numbered },
     { u"bldg", closed },
     { u"blvd", closed },
     { u"brig", title },
@@ -49,28 +52,32 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"cmdr", title },
     { u"co", firm },
     { u"col", title },
+    { u"cont", closed },
     { u"corp", firm },
     { u"cpl", title },
     { u"cpt", title },
+    { u"d", numbered },
     { u"dec", date },
     { u"dept", closed },
     { u"det", title },
     { u"dist", closed },
+    { u"doz", closed },
     { u"dr", title },
     { u"drs", title },
     { u"e.g", open },
-    { u"ed", closed },
-    { u"eds", closed },
+    { u"ed", open },
+    { u"eds", open },
     { u"eg", open },
     { u"eq", numbered },
     { u"eqs", numbered },
     { u"esp", open },
     { u"esq", closed },
-    { u"est", closed },
+    { u"est", numbered },
     { u"etc", closed },
     { u"ex", numbered },
     { u"excl", open },
     { u"ext", numbered },
+    { u"feat", open },
     { u"feb", date },
     { u"fig", numbered },
     { u"figs", numbered },
@@ -78,8 +85,10 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"fr", title },
     { u"fri", date },
     { u"ft", place },
+    { u"gal", closed },
     { u"gen", title },
     { u"gov", title },
+    { u"govt", closed },
     { u"hon", title },
     { u"hr", closed },
     { u"hrs", closed },
@@ -88,6 +97,7 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"inc", firm },
     { u"incl", open },
     { u"insp", title },
+    { u"intl", closed },
     { u"jan", date },
     { u"jr", closed },
     { u"jul", date },
@@ -137,6 +147,7 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"pg", numbered },
     { u"pgs", numbered },
     { u"ph", numbered },
+    { u"pkg", closed },
     { u"pl", numbered },
     { u"plc", firm },
     { u"pm", hour },
@@ -151,6 +162,7 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"pts", numbered },
     { u"pty", firm },
     { u"pvt", firm },
+    { u"qt", closed },
     { u"ref", numbered },
     { u"refs", numbered },
     { u"rep", title },
@@ -175,10 +187,13 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"ste", place },
     { u"sun", date },
     { u"supt", title },
+    { u"tbsp", closed },
     { u"tel", numbered },
     { u"temp", closed },
     { u"thu", date },
     { u"thurs", date },
+    { u"trans", open },
+    { u"tsp", closed },
     { u"tue", date },
     { u"tues", date },
     { u"univ", closed },
@@ -193,7 +208,7 @@ constexpr auto abbreviations = std::to_array<Entry>({
     { u"yrs", closed },
 });
 
-constexpr auto openers = std::to_array<QStringView>({
+constexpr auto openers = std::to_array<std::u16string_view>({
     u"a",
     u"after",
     u"again",
@@ -340,7 +355,7 @@ constexpr auto openers = std::to_array<QStringView>({
     u"your",
 });
 
-constexpr auto speech = std::to_array<QStringView>({
+constexpr auto speech = std::to_array<std::u16string_view>({
     u"added",
     u"answered",
     u"asked",
@@ -362,32 +377,16 @@ constexpr auto speech = std::to_array<QStringView>({
     u"yelled",
 });
 
-constexpr auto dates = std::to_array<QStringView>({
-    u"bst",
-    u"cdt",
-    u"cest",
-    u"cet",
-    u"cst",
-    u"edt",
-    u"est",
-    u"et",
-    u"friday",
-    u"gmt",
-    u"mdt",
-    u"monday",
-    u"mst",
-    u"pdt",
-    u"pst",
-    u"pt",
-    u"saturday",
-    u"sunday",
-    u"thursday",
-    u"tuesday",
-    u"utc",
-    u"wednesday",
-});
+constexpr auto dates = std::to_array<std::u16string_view>(
+    { u"bst", u"cdt", u"central", u"cest", u"cet", u"cst", u"eastern", u"edt", u"est", u"et",
+        u"friday", u"gmt", u"local", u"mdt", u"monday", u"mst", u"pacific", u"pdt", u"pst", u"pt",
+        u"saturday", u"sunday", u"thursday", u"tuesday", u"utc", u"wednesday" });
 
-bool isSorted(QStringView left, QStringView right)
+static_assert(std::ranges::is_sorted(abbreviations, {}, &Entry::word));
+static_assert(std::ranges::is_sorted(openers) && std::ranges::is_sorted(speech));
+static_assert(std::ranges::is_sorted(dates));
+
+bool isBefore(QStringView left, QStringView right)
 {
     return left.compare(right, Qt::CaseInsensitive) < 0;
 }
@@ -395,15 +394,15 @@ bool isSorted(QStringView left, QStringView right)
 template <typename Table>
 bool contains(const Table& table, QStringView word)
 {
-    return std::ranges::binary_search(table, word, isSorted);
+    return std::ranges::binary_search(table, word, isBefore);
 }
 
 }
 
 std::optional<Abbreviation> abbreviation(QStringView word)
 {
-    const auto found = std::ranges::lower_bound(abbreviations, word, isSorted, &Entry::word);
-    if (found == abbreviations.end() || isSorted(word, found->word))
+    const auto found = std::ranges::lower_bound(abbreviations, word, isBefore, &Entry::word);
+    if (found == abbreviations.end() || isBefore(word, found->word))
         return {};
     return found->kind;
 }

@@ -83,7 +83,7 @@ bool startsWithName(QStringView text)
 
 bool startsWithNumber(QStringView text)
 {
-    if (text.startsWith(u'('))
+    if (text.startsWith(u'(') || text.startsWith(u'['))
         text = text.sliced(1);
     return !text.isEmpty() && text.front().isDigit();
 }
@@ -169,7 +169,7 @@ bool goesOnAfterQuote(QStringView rest)
         return true;
     for (int names = 0; names < 2; ++names) {
         const auto name = firstWord(rest);
-        if (!isCapital(name) || !after(name, rest).startsWith(u' '))
+        if (!isCapital(rest) || !after(name, rest).startsWith(u' '))
             return false;
         rest = after(name, rest).sliced(1);
         if (tellsOfSpeech(firstWord(rest)))
@@ -247,6 +247,5 @@ bool SentenceRules::endsEarly(QStringView sentence, QStringView rest)
         return false;
     if (text.size() == sentence.size())
         return isGlued(text, rest);
-    return isWhole(text)
-        && (isAddress(rest) || (rest.front().isLower() && isCareless(sentence, rest)));
+    return isWhole(text) && (isAddress(rest) || (rest.front().isLower() && isCareless(text, rest)));
 }

@@ -5,9 +5,12 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <unicode/ubrk.h>
 
 namespace {
+
+constexpr qsizetype longestNote = 12;
 
 class Sentences final {
 public:
@@ -18,13 +21,15 @@ public:
 
     // To be called for each break of Unicode's rules, in order.
     void breakAt(qsizetype place);
-    QList<QStringView> take() { return std::move(m_sentences); }
+    // What is after the last break is a sentence, too.
+    QList<QStringView> take();
 
 private:
     void endAt(qsizetype place);
     void endEarly(qsizetype place);
     bool isInAddress(qsizetype place);
-    qsizetype afterNotes(qsizetype place) const;
+    qsizetype endOfSpaces(qsizetype place) const;
+    std::optional<qsizetype> endOfNotes(qsizetype start) const;
 
     QStringView m_text;
     QList<QStringView> m_sentences;
@@ -38,12 +43,22 @@ void Sentences::breakAt(qsizetype place)
 {
     if (place <= m_start)
         return;
-    if (const auto notes = afterNotes(place); notes > place)
-        place = notes;
-    else if (SentenceRules::goesOn(m_text.sliced(m_start, place - m_start), m_text.sliced(place))
-        || isInAddress(place))
+    if (const auto notes = endOfNotes(place - 1)) {
+        const auto end = endOfSpaces(*notes);
+        if (end > *notes || end == m_text.size())
+            endAt(end);
         return;
-    endAt(place);
+    }
+    const auto sentence = m_text.sliced(m_start, place - m_start);
+    if (!SentenceRules::goesOn(sentence, m_text.sliced(place)) && !isInAddress(place))
+        endAt(place);
+}
+
+QList<QStringView> Sentences::take()
+{
+    if (m_start < m_text.size())
+        endAt(m_text.size());
+    return std::move(m_sentences);
 }
 
 void Sentences::endAt(qsizetype place)
@@ -57,12 +72,10 @@ void Sentences::endEarly(qsizetype place)
 {
     const auto text = m_text.first(place);
     for (auto stop = text.indexOf(u'.', m_start); stop >= 0; stop = text.indexOf(u'.', stop + 1)) {
-        auto end = stop + 1;
-        while (end < place && text[end] == u' ')
-            ++end;
-        if (end < place
-            && SentenceRules::endsEarly(text.sliced(m_start, end - m_start), text.sliced(end))) {
-            m_sentences.append(text.sliced(m_start, end - m_start));
+        const auto end = std::min(endOfSpaces(stop + 1), place);
+        const auto sentence = text.sliced(m_start, end - m_start);
+        if (SentenceRules::endsEarly(sentence, text.sliced(end))) {
+            m_sentences.append(sentence);
             m_start = end;
         }
     }
@@ -84,35 +97,41 @@ bool Sentences::isInAddress(qsizetype place)
     return m_runIsAddress;
 }
 
-// Where a sentence ends whose full stop has the numbers of notes after it: "so.[1][2] Then".
-qsizetype Sentences::afterNotes(qsizetype place) const
+qsizetype Sentences::endOfSpaces(qsizetype place) const
 {
-    auto end = place - 1;
+    while (place < m_text.size() && m_text[place] == u' ')
+        ++place;
+    return place;
+}
+
+// Absent where there are no numbers of notes, as in «so.[1][2-3] Then».
+std::optional<qsizetype> Sentences::endOfNotes(qsizetype start) const
+{
+    const auto isNumber
+        = [](QChar c) { return c.isDigit() || QStringView(u", -\u2013").contains(c); };
+    auto end = start;
     while (end < m_text.size() && m_text[end] == u'[') {
-        const auto inner
-            = m_text.sliced(end + 1).first(std::min<qsizetype>(m_text.size() - end - 1, 12));
-        const auto close = std::ranges::find_if_not(
-            inner, [](QChar c) { return c.isDigit() || QStringView(u",-\u2013 ").contains(c); });
-        if (close == inner.begin() || close == inner.end() || *close != u']')
-            return place;
-        end += close - inner.begin() + 2;
+        auto note = end + 1;
+        while (note < m_text.size() && note < end + longestNote && isNumber(m_text[note]))
+            ++note;
+        if (note == end + 1 || note == m_text.size() || m_text[note] != u']')
+            return {};
+        end = note + 1;
     }
-    if (end < place || end == m_text.size() || m_text[end] != u' ')
-        return place;
-    while (end < m_text.size() && m_text[end] == u' ')
-        ++end;
-    return end;
+    return end > start ? std::optional(end) : std::nullopt;
 }
 
 }
 
 QList<QStringView> sentenceTokens(QStringView text)
 {
+    constexpr qsizetype most = std::numeric_limits<int32_t>::max();
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<UBreakIterator, decltype(&ubrk_close)> breaks(
-        ubrk_open(UBRK_SENTENCE, "", text.utf16(), int32_t(text.size()), &status), &ubrk_close);
+        ubrk_open(UBRK_SENTENCE, "", text.utf16(), int32_t(std::min(text.size(), most)), &status),
+        &ubrk_close);
     Sentences sentences(text);
-    for (auto end = ubrk_next(breaks.get()); end != UBRK_DONE; end = ubrk_next(breaks.get()))
+    for (int32_t end = 0; U_SUCCESS(status) && end != UBRK_DONE; end = ubrk_next(breaks.get()))
         sentences.breakAt(end);
     return sentences.take();
 }
