@@ -277,6 +277,8 @@ const LemmaTable::Ending LemmaTable::endings[] = {{
 
 
 def main():
+    if len(sys.argv) != 3:
+        sys.exit("usage: lemma-table.py WORDNET OUTPUT")
     folder, output = map(pathlib.Path, sys.argv[1:])
     lemmas = choose(candidates(read_counts(folder), read_irregular(folder)))
     rules = sorted({ending_rule(form, lemma) for form, lemma in lemmas.items()})
@@ -284,4 +286,5 @@ def main():
     output.write_text(source(rules, slots(states, place(states))), encoding="ascii")
 
 
-main()
+if __name__ == "__main__":
+    main()
