@@ -3,7 +3,6 @@
 #include "App/QuickActions/LemmaTable.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -13,15 +12,15 @@ constexpr bool isApostrophe(QChar character)
 }
 
 // The small one of a Latin letter, another character as it is.
-constexpr char16_t small(QChar character)
+constexpr QChar small(QChar character)
 {
     const auto code = character.unicode();
-    return code >= u'A' && code <= u'Z' ? char16_t(code - u'A' + u'a') : code;
+    return code >= u'A' && code <= u'Z' ? QChar(char16_t(code - u'A' + u'a')) : character;
 }
 
 std::uint32_t label(QChar character)
 {
-    const auto code = small(character);
+    const auto code = small(character).unicode();
     if (code >= u'a' && code <= u'z')
         return code - u'a' + 1u;
     return isApostrophe(code) ? LemmaTable::apostrophe : LemmaTable::unknown;
@@ -58,6 +57,8 @@ bool isSuffix(QStringView end, QStringView suffix)
 
 QStringView withoutContraction(QStringView word)
 {
+    if (std::ranges::none_of(word.last(std::min<qsizetype>(word.size(), 3)), isApostrophe))
+        return word;
     for (const QStringView suffix : { u"n't", u"'s", u"'ll", u"'re", u"'ve", u"'d", u"'m" }) {
         if (word.size() > suffix.size() && isSuffix(word.last(suffix.size()), suffix))
             return word.chopped(suffix.size());
@@ -84,9 +85,11 @@ bool Lemmas::look(QStringView word)
     const auto* found = ending(word);
     if (found == nullptr)
         return false;
-    m_lemma.resize(0);
-    for (const auto character : word.chopped(found->cut))
-        m_lemma.append(QChar(small(character)));
-    m_lemma.append(QLatin1StringView(found->added));
+    const auto stem = word.chopped(found->cut);
+    const auto added = QLatin1StringView(found->added);
+    m_lemma.resize(stem.size() + added.size());
+    std::ranges::transform(stem, m_lemma.begin(), small);
+    std::ranges::transform(
+        added, m_lemma.begin() + stem.size(), [](char c) { return QLatin1Char(c); });
     return true;
 }
