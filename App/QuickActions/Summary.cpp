@@ -2,9 +2,9 @@
 
 #include "App/QuickActions/Characters.h"
 #include "App/QuickActions/Lemmas.h"
+#include "App/QuickActions/WordTable.h"
 #include "App/QuickActions/WordTokens.h"
 
-#include <QHash>
 #include <QStringList>
 
 #include <algorithm>
@@ -31,6 +31,11 @@ const std::array<QStringView, 36> stopWords { u"the", u"and", u"that", u"this", 
     u"they", u"their", u"will", u"would", u"can", u"could", u"there", u"been", u"which", u"what",
     u"when", u"about", u"into", u"than", u"then", u"also", u"its", u"our", u"who" };
 
+bool isPlain(QChar unit)
+{
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'0' && unit <= u'9');
+}
+
 QString lowered(QStringView word)
 {
     QString lower(3 * word.size(), Qt::Uninitialized);
@@ -41,40 +46,28 @@ QString lowered(QStringView word)
     return lower;
 }
 
-// A key of a table. Qt's own hash takes many times as long for words shorter than eight letters on
-// processors on which masked loads are slow.
-struct Key {
-    QStringView text;
-
-    bool operator==(const Key& other) const { return text == other.text; }
-    friend std::size_t qHash(const Key& key, std::size_t seed)
-    {
-        std::uint64_t hash = seed;
-        for (const auto unit : key.text)
-            hash = (hash ^ unit.unicode()) * 0x9E37'79B9'7F4A'7C15;
-        return hash ^ (hash >> 32);
-    }
-};
-
 // The words of content with how often each stands in the text, as numbers: a token that comes
 // again costs one look into a table.
 class Vocabulary final {
 public:
-    static constexpr std::size_t none = SIZE_MAX;
+    static constexpr std::uint32_t none = UINT32_MAX; // Has no content.
 
     Vocabulary();
     // The number of the token's word; none for one without content.
-    std::size_t add(QStringView token);
-    double frequency(std::size_t word) const { return m_frequencies[word]; }
+    std::uint32_t add(QStringView token);
+    double frequency(std::uint32_t word) const { return m_frequencies[word]; }
 
 private:
-    std::size_t wordOf(QStringView token);
-    bool isLongEnough(QStringView word);
+    static constexpr std::uint32_t unknown = 0;
 
-    QHash<Key, std::size_t> m_wordsOfTokens;
-    QHash<Key, std::size_t> m_words; // Into the lemmas.
-    QStringList m_lemmas;
-    std::vector<double> m_frequencies;
+    std::uint32_t wordOf(QStringView token);
+    QStringView formOf(QStringView token);
+    bool isLongEnough(QStringView form);
+
+    WordTable m_table;
+    QString m_form;
+    QStringList m_keptForms; // That the table looks at, as they are not in the text.
+    std::vector<double> m_frequencies { 0 }; // From the first known word on.
     Characters m_characters;
     Lemmas m_dictionary;
 };
@@ -82,37 +75,51 @@ private:
 Vocabulary::Vocabulary()
 {
     for (const auto word : stopWords)
-        m_words.insert({ word }, none);
+        m_table[word].ofLemma = none;
 }
 
-std::size_t Vocabulary::add(QStringView token)
+std::uint32_t Vocabulary::add(QStringView token)
 {
-    auto known = m_wordsOfTokens.constFind({ token });
-    if (known == m_wordsOfTokens.cend())
-        known = m_wordsOfTokens.insert({ token }, wordOf(token));
-    if (*known != none)
-        ++m_frequencies[*known];
-    return *known;
+    auto word = m_table[token].ofToken;
+    if (word == unknown) {
+        word = wordOf(token);
+        m_table[token].ofToken = word;
+    }
+    if (word != none)
+        ++m_frequencies[word];
+    return word;
 }
 
-std::size_t Vocabulary::wordOf(QStringView token)
+std::uint32_t Vocabulary::wordOf(QStringView token)
 {
-    const auto lemma = m_dictionary.of(token);
-    const QString word = lemma ? lemma->toString() : lowered(token);
-    if (!isLongEnough(word))
+    const auto form = formOf(token);
+    if (!isLongEnough(form))
         return none;
-    const auto known = m_words.constFind({ word });
-    if (known != m_words.cend())
-        return *known;
-    m_lemmas << word;
-    m_words.insert({ m_lemmas.back() }, m_frequencies.size());
+    auto& entry = m_table[form];
+    if (entry.ofLemma != unknown)
+        return entry.ofLemma;
+    entry.ofLemma = static_cast<std::uint32_t>(m_frequencies.size());
     m_frequencies.push_back(0);
-    return m_frequencies.size() - 1;
+    if (form.data() == m_form.constData())
+        m_keptForms << m_form;
+    return entry.ofLemma;
 }
 
-bool Vocabulary::isLongEnough(QStringView word)
+// In the text, or until the next one is asked for.
+QStringView Vocabulary::formOf(QStringView token)
 {
-    m_characters.setText(word);
+    if (const auto lemma = m_dictionary.of(token))
+        m_form = lemma->toString();
+    else if (std::ranges::all_of(token, isPlain))
+        return token;
+    else
+        m_form = lowered(token);
+    return token == m_form ? token : m_form;
+}
+
+bool Vocabulary::isLongEnough(QStringView form)
+{
+    m_characters.setText(form);
     auto left = shortestWord;
     while (left > 0 && !m_characters.next().isEmpty())
         --left;
@@ -125,7 +132,7 @@ struct Contents {
     double score(qsizetype sentence) const;
 
     Vocabulary vocabulary;
-    std::vector<std::size_t> words;
+    std::vector<std::uint32_t> words;
     std::vector<std::size_t> ends; // Of each sentence's in words.
 };
 
