@@ -3,8 +3,8 @@
 #include "App/QuickActions/Characters.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
+#include <string_view>
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
@@ -12,27 +12,42 @@
 
 namespace {
 
-// In this order: all before a gap are written as they are.
-enum class Kind : std::uint8_t { Other, Lower, Upper, Gap, Pause, FullStop, FullStopAfterLower };
+// Some of the code units before U+0040. No branch depends on what else there is in a text, as most
+// would be mispredicted.
+class Marks final {
+public:
+    constexpr explicit Marks(std::u16string_view units)
+    {
+        for (const auto unit : units)
+            m_bits |= std::uint64_t(1) << unit;
+    }
+    bool contains(QChar unit) const
+    {
+        const auto isMark = (m_bits >> (unit.unicode() % limit)) & 1;
+        return (static_cast<unsigned>(isMark) & static_cast<unsigned>(unit.unicode() < limit)) != 0;
+    }
 
-constexpr std::array<Kind, 0x80> kinds = [] {
-    std::array<Kind, 0x80> table {};
-    const auto set = [&table](char16_t first, char16_t last, Kind kind) {
-        std::fill(table.begin() + first, table.begin() + last + 1, kind);
-    };
-    set(u'a', u'z', Kind::Lower);
-    set(u'A', u'Z', Kind::Upper);
-    for (const auto gap : { u' ', u'\t', u'\n' })
-        set(gap, gap, Kind::Gap);
-    for (const auto pause : { u',', u';', u':', u'!', u'?' })
-        set(pause, pause, Kind::Pause);
-    set(u'.', u'.', Kind::FullStop);
-    return table;
-}();
+private:
+    static constexpr char16_t limit = 64;
 
-Kind kindOf(QChar unit)
+    std::uint64_t m_bits = 0;
+};
+
+constexpr Marks gaps(u" \t\n");
+constexpr Marks pauses(u",;:!?");
+constexpr Marks punctuation(u",.;:!?");
+constexpr Marks gapsAndPunctuation(u"\t\n,.;:!?"); // A space is no more than itself.
+constexpr Marks sentenceEnds(u".!?\n");
+constexpr Marks afterLoneI(u" ',.!?");
+
+bool isLower(QChar unit)
 {
-    return unit.unicode() < kinds.size() ? kinds[unit.unicode()] : Kind::Other;
+    return unit >= u'a' && unit <= u'z';
+}
+
+bool isUpper(QChar unit)
+{
+    return unit >= u'A' && unit <= u'Z';
 }
 
 // Goes through a text once; what was written last decides about the next.
@@ -49,103 +64,83 @@ public:
     QString mended();
 
 private:
-    Kind kindAt(qsizetype position) const;
     qsizetype plainEnd(qsizetype start) const;
     qsizetype gapEnd(qsizetype start) const;
-    void writePlain(QStringView run);
+    QStringView written() const { return { m_mended.constData(), m_end }; }
+    bool lacksSpaceBefore(QChar next) const;
+    void write(QStringView run) { m_end = std::ranges::copy(run, m_end).out; }
     void writeGap(QStringView run);
-    void write(QChar unit, Kind kind);
 
     QStringView m_text;
     QString m_mended;
     QChar* m_end;
-    Kind m_last = Kind::Other;
 };
 
 QString SpacingMender::mended()
 {
     for (qsizetype i = 0; i < m_text.size();) {
         const auto start = i;
-        if (i = plainEnd(start); i > start)
-            writePlain(m_text.sliced(start, i - start));
-        else if (i = gapEnd(start); i > start)
+        if (i = gapEnd(start); i > start) {
             writeGap(m_text.sliced(start, i - start));
-        else
-            write(m_text[i++], kindAt(start));
+            continue;
+        }
+        i = std::max(plainEnd(start), start + 1);
+        if (lacksSpaceBefore(m_text[start]))
+            write(u" ");
+        write(m_text.sliced(start, i - start));
     }
-    m_mended.truncate(m_end - m_mended.constData());
+    m_mended.truncate(written().size());
     return std::move(m_mended).trimmed();
 }
 
-Kind SpacingMender::kindAt(qsizetype position) const
-{
-    return position < m_text.size() ? kindOf(m_text[position]) : Kind::Other;
-}
-
-// Words with one space between them.
+// Of words with one space between them.
 qsizetype SpacingMender::plainEnd(qsizetype start) const
 {
     auto end = start;
-    while (end < m_text.size()) {
-        const bool isPlain = kindAt(end) < Kind::Gap;
-        if (!isPlain && (m_text[end] != u' ' || kindAt(end + 1) >= Kind::Gap))
+    QChar before;
+    for (; end < m_text.size(); ++end) {
+        const auto unit = m_text[end];
+        const auto isSecondSpace
+            = static_cast<unsigned>(unit == u' ') & static_cast<unsigned>(before == u' ');
+        if (gapsAndPunctuation.contains(unit) || isSecondSpace != 0)
             break;
-        ++end;
+        before = unit;
     }
-    return end;
+    return before == u' ' ? end - 1 : end;
 }
 
 qsizetype SpacingMender::gapEnd(qsizetype start) const
 {
     auto end = start;
-    while (kindAt(end) == Kind::Gap)
+    while (end < m_text.size() && gaps.contains(m_text[end]))
         ++end;
     return end;
 }
 
-void SpacingMender::writePlain(QStringView run)
+bool SpacingMender::lacksSpaceBefore(QChar next) const
 {
-    const auto first = kindOf(run.front());
-    const bool isAsciiLetter = first == Kind::Lower || first == Kind::Upper;
-    if ((m_last == Kind::Pause && isAsciiLetter)
-        || (m_last == Kind::FullStopAfterLower && first == Kind::Upper))
-        *m_end++ = u' ';
-    m_end = std::ranges::copy(run, m_end).out;
-    m_last = kindOf(run.back());
+    const auto before = written();
+    if (before.isEmpty())
+        return false;
+    if (pauses.contains(before.back()))
+        return isLower(next) || isUpper(next);
+    return before.back() == u'.' && isUpper(next) && before.size() > 1
+        && isLower(before[before.size() - 2]);
 }
 
 void SpacingMender::writeGap(QStringView run)
 {
-    const auto next = kindAt(run.end() - m_text.begin());
-    if (run.contains(u'\n')) {
-        for (auto left = std::min<qsizetype>(run.count(u'\n'), 2); left > 0; --left)
-            write(u'\n', Kind::Gap);
-    } else if (next != Kind::Pause && next != Kind::FullStop) {
-        write(u' ', Kind::Gap);
-    }
-}
-
-void SpacingMender::write(QChar unit, Kind kind)
-{
-    *m_end++ = unit;
-    const bool isAfterLower = kind == Kind::FullStop && m_last == Kind::Lower;
-    m_last = isAfterLower ? Kind::FullStopAfterLower : kind;
-}
-
-bool endsSentence(QChar unit)
-{
-    return unit == u'.' || unit == u'!' || unit == u'?' || unit == u'\n';
+    const auto lineFeeds = run.count(u'\n');
+    const auto* next = run.end();
+    if (lineFeeds > 0)
+        write(lineFeeds == 1 ? u"\n" : u"\n\n");
+    else if (next == m_text.end() || !punctuation.contains(*next))
+        write(u" ");
 }
 
 bool opensQuote(QChar unit)
 {
     return unit == u'"' || unit == u'\'' || unit == u'(' || unit == u'“' || unit == u'‘';
-}
-
-bool mayFollowI(QChar unit)
-{
-    return unit == u' ' || unit == u'\'' || unit == u',' || unit == u'.' || unit == u'!'
-        || unit == u'?';
 }
 
 bool isLetter(QStringView character)
@@ -174,7 +169,14 @@ bool capitalizesNext(QStringView character, bool isWished)
     if (character.size() > 1)
         return isWished && character == u"\r\n";
     const auto unit = character.front();
-    return endsSentence(unit) || (isWished && (unit.isSpace() || opensQuote(unit)));
+    return sentenceEnds.contains(unit) || (isWished && (unit.isSpace() || opensQuote(unit)));
+}
+
+qsizetype sentenceEndFrom(QStringView text, qsizetype position)
+{
+    while (position < text.size() && !sentenceEnds.contains(text[position]))
+        ++position;
+    return position;
 }
 
 QString withSentencesCapitalized(QStringView text)
@@ -187,10 +189,7 @@ QString withSentencesCapitalized(QStringView text)
     bool isWished = true;
     while (true) {
         if (!isWished) {
-            if (sentenceEnd < characters.position())
-                sentenceEnd
-                    = std::find_if(text.begin() + characters.position(), text.end(), endsSentence)
-                    - text.begin();
+            sentenceEnd = sentenceEndFrom(text, std::max(sentenceEnd, characters.position()));
             characters.skipTo(sentenceEnd);
         }
         const auto character = characters.next();
@@ -226,7 +225,9 @@ void capitalizeLoneI(QString& text)
 {
     const QStringView units(text);
     for (qsizetype i = 0; i + 1 < units.size(); ++i) {
-        if (units[i] == u'i' && mayFollowI(units[i + 1]) && !endsInWord(units.first(i)))
+        const auto isAlone = static_cast<unsigned>(units[i] == u'i')
+            & static_cast<unsigned>(afterLoneI.contains(units[i + 1]));
+        if (isAlone != 0 && !endsInWord(units.first(i)))
             text[i] = u'I';
     }
 }
