@@ -9,8 +9,8 @@
 // Lemmas are compared in lower case with those of the treebank's words, after taking apart, that a
 // summary counts: their lemma has three characters or more and is no stop word. Names are among
 // them, punctuation and symbols are not.
-#include "App/QuickActions/Lemmas.h"
-#include "App/QuickActions/SentenceTokens.h"
+#include "App/QuickActions/Text/Lemmas.h"
+#include "App/QuickActions/Text/SentenceTokens.h"
 
 #include <QFile>
 #include <QSet>

@@ -1,7 +1,7 @@
 // Prints what finding sentences takes in texts of a megabyte each, most of them made to be slow,
 // beside what Unicode's rules take alone, and what lemmas take a word: two tables.
-#include "App/QuickActions/Lemmas.h"
-#include "App/QuickActions/SentenceTokens.h"
+#include "App/QuickActions/Text/Lemmas.h"
+#include "App/QuickActions/Text/SentenceTokens.h"
 
 #include <QList>
 #include <QString>

@@ -11,9 +11,11 @@ MAY = {
     "Platform/Linux": ["Core", "Platform"],
     "Platform/Linux/Calendar": ["Platform", "Platform/Linux"],
     "Ui": ["Core"],
+    "QuickActions/Text": ["Core"],
     "Helpers": ["Core", "Platform/Linux", "Platform/Linux/Calendar"],
 }
 MAY |= {unit: ["Core", "Platform", "Ui"] for unit in UNITS}
+MAY["QuickActions"] += ["QuickActions/Text"]
 MAY["Notch"] += ["Focus", "Meetings"]
 MAY[""] = ["", "Core", "Platform", "Ui", *UNITS]  # the shell
 EVERYTHING = {"App/main.cpp", "App/Wiring.cpp"}  # the composition root

@@ -260,7 +260,7 @@ def source(rules, filled):
     targets = [target & 0xFFFF for _, target in filled]
     endings = ",\n".join(f'{{ {cut}, "{added}" }}' for cut, added in rules)
     return f"""// Derived from WordNet 3.0, Copyright 2006 by Princeton University. All rights reserved.
-#include "App/QuickActions/LemmaTable.h"
+#include "App/QuickActions/Text/LemmaTable.h"
 
 const std::uint8_t LemmaTable::marks[] = {{
 {rows(marks)}

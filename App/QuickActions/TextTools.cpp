@@ -1,10 +1,10 @@
 #include "App/QuickActions/TextTools.h"
 
-#include "App/QuickActions/Characters.h"
-#include "App/QuickActions/SentenceTokens.h"
-#include "App/QuickActions/SpacingAndCase.h"
-#include "App/QuickActions/Summary.h"
-#include "App/QuickActions/WordTokens.h"
+#include "App/QuickActions/Text/Characters.h"
+#include "App/QuickActions/Text/SentenceTokens.h"
+#include "App/QuickActions/Text/SpacingAndCase.h"
+#include "App/QuickActions/Text/Summary.h"
+#include "App/QuickActions/Text/WordTokens.h"
 
 #include <algorithm>
 #include <unicode/uchar.h>

@@ -1,8 +1,8 @@
 // Compares the text tools with ICU's boundaries and regular expressions, by which they are defined.
 // The input is one text; what is not UTF-8 becomes half a surrogate pair.
-#include "App/QuickActions/Characters.h"
+#include "App/QuickActions/Text/Characters.h"
 #include "App/QuickActions/TextTools.h"
-#include "Tests/QuickActions/TextDefinitions.h"
+#include "Tests/QuickActions/Text/TextDefinitions.h"
 
 #include <QByteArray>
 

@@ -1,5 +1,5 @@
 #include "App/QuickActions/TextTools.h"
-#include "Tests/QuickActions/RandomText.h"
+#include "Tests/QuickActions/Text/RandomText.h"
 
 #include <QElapsedTimer>
 #include <QTest>

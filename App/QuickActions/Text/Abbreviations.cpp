@@ -1,4 +1,4 @@
-#include "App/QuickActions/Abbreviations.h"
+#include "App/QuickActions/Text/Abbreviations.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "Tests/QuickActions/TextDefinitions.h"
+#include "Tests/QuickActions/Text/TextDefinitions.h"
 
 #include <algorithm>
 #include <functional>

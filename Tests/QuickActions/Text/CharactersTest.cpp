@@ -1,6 +1,6 @@
-#include "App/QuickActions/Characters.h"
-#include "Tests/QuickActions/RandomText.h"
-#include "Tests/QuickActions/TextDefinitions.h"
+#include "App/QuickActions/Text/Characters.h"
+#include "Tests/QuickActions/Text/RandomText.h"
+#include "Tests/QuickActions/Text/TextDefinitions.h"
 
 #include <QTest>
 

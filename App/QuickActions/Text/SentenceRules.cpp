@@ -1,6 +1,6 @@
-#include "App/QuickActions/SentenceRules.h"
+#include "App/QuickActions/Text/SentenceRules.h"
 
-#include "App/QuickActions/Abbreviations.h"
+#include "App/QuickActions/Text/Abbreviations.h"
 
 #include <algorithm>
 

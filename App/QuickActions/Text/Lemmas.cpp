@@ -1,6 +1,6 @@
-#include "App/QuickActions/Lemmas.h"
+#include "App/QuickActions/Text/Lemmas.h"
 
-#include "App/QuickActions/LemmaTable.h"
+#include "App/QuickActions/Text/LemmaTable.h"
 
 #include <algorithm>
 

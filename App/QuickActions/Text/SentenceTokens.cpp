@@ -1,6 +1,6 @@
-#include "App/QuickActions/SentenceTokens.h"
+#include "App/QuickActions/Text/SentenceTokens.h"
 
-#include "App/QuickActions/SentenceRules.h"
+#include "App/QuickActions/Text/SentenceRules.h"
 
 #include <algorithm>
 #include <limits>

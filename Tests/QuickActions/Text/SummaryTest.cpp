@@ -1,6 +1,6 @@
-#include "App/QuickActions/Summary.h"
+#include "App/QuickActions/Text/Summary.h"
 
-#include "App/QuickActions/Lemmas.h"
+#include "App/QuickActions/Text/Lemmas.h"
 
 #include <QTest>
 

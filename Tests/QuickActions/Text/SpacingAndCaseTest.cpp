@@ -1,6 +1,6 @@
-#include "App/QuickActions/SpacingAndCase.h"
-#include "Tests/QuickActions/RandomText.h"
-#include "Tests/QuickActions/TextDefinitions.h"
+#include "App/QuickActions/Text/SpacingAndCase.h"
+#include "Tests/QuickActions/Text/RandomText.h"
+#include "Tests/QuickActions/Text/TextDefinitions.h"
 
 #include <QElapsedTimer>
 #include <QTest>

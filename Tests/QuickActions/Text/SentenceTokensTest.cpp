@@ -1,4 +1,4 @@
-#include "App/QuickActions/SentenceTokens.h"
+#include "App/QuickActions/Text/SentenceTokens.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include "App/QuickActions/WordTokens.h"
+#include "App/QuickActions/Text/WordTokens.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 // asked only where code units may join.
 #pragma once
 
-#include "App/QuickActions/Boundaries.h"
+#include "App/QuickActions/Text/Boundaries.h"
 
 class Characters final {
 public:

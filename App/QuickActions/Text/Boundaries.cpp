@@ -1,4 +1,4 @@
-#include "App/QuickActions/Boundaries.h"
+#include "App/QuickActions/Text/Boundaries.h"
 
 Boundaries::~Boundaries()
 {

@@ -2,7 +2,7 @@
 // what is not plain Latin or Cyrillic.
 #pragma once
 
-#include "App/QuickActions/Boundaries.h"
+#include "App/QuickActions/Text/Boundaries.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
-#include "App/QuickActions/SpacingAndCase.h"
+#include "App/QuickActions/Text/SpacingAndCase.h"
 
-#include "App/QuickActions/Characters.h"
+#include "App/QuickActions/Text/Characters.h"
 
 #include <algorithm>
 #include <cstdint>

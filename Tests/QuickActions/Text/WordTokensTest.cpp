@@ -1,6 +1,6 @@
-#include "App/QuickActions/WordTokens.h"
-#include "Tests/QuickActions/RandomText.h"
-#include "Tests/QuickActions/TextDefinitions.h"
+#include "App/QuickActions/Text/WordTokens.h"
+#include "Tests/QuickActions/Text/RandomText.h"
+#include "Tests/QuickActions/Text/TextDefinitions.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include "App/QuickActions/Lemmas.h"
+#include "App/QuickActions/Text/Lemmas.h"
 
 #include <QTest>
 

@@ -1,9 +1,9 @@
-#include "App/QuickActions/Summary.h"
+#include "App/QuickActions/Text/Summary.h"
 
-#include "App/QuickActions/Characters.h"
-#include "App/QuickActions/Lemmas.h"
-#include "App/QuickActions/WordTable.h"
-#include "App/QuickActions/WordTokens.h"
+#include "App/QuickActions/Text/Characters.h"
+#include "App/QuickActions/Text/Lemmas.h"
+#include "App/QuickActions/Text/WordTable.h"
+#include "App/QuickActions/Text/WordTokens.h"
 
 #include <QStringList>
 

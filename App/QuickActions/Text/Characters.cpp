@@ -1,4 +1,4 @@
-#include "App/QuickActions/Characters.h"
+#include "App/QuickActions/Text/Characters.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "App/QuickActions/WordTable.h"
+#include "App/QuickActions/Text/WordTable.h"
 
 #include <QHashFunctions>
 
