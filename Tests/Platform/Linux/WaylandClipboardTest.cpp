@@ -337,6 +337,7 @@ int main(int argc, char** argv)
     if (isThere) {
         qputenv("WAYLAND_DISPLAY", QFile::encodeName(screen.socket()));
         qputenv("QT_QPA_PLATFORM", "wayland");
+        qputenv("QT_WAYLAND_DISABLE_HW_INTEGRATION", "1");
     }
     QGuiApplication::setDesktopSettingsAware(false);
     const QApplication app(argc, argv);
