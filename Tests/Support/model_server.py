@@ -6,6 +6,7 @@ input is a JSON object that sets fields of Behaviour, or all of them anew where 
 answered by {"set": true}.
 """
 
+import hashlib
 import http.server
 import json
 import select
@@ -14,6 +15,8 @@ import socketserver
 import struct
 import sys
 import threading
+
+LONGEST = 65536  # Bytes of a request that are told.
 
 
 class Behaviour:
@@ -67,7 +70,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             method=self.command,
             path=self.path,
             headers=self.headers.items(),
-            body=body.decode("utf-8", "replace"),
+            body=body[:LONGEST].decode("utf-8", "replace"),
+            hash=hashlib.sha256(body).hexdigest(),
         )
         self.wait(behaviour.delay)
         if self.path in behaviour.redirections:
