@@ -4,6 +4,7 @@
 #include "App/Focus/PomodoroModel.h"
 #include "App/Meetings/CalendarModel.h"
 #include "App/Platform/Linux/BoundedAudioInput.h"
+#include "App/Platform/Linux/ClipboardModule.h"
 #include "App/Platform/Linux/DBusNotifier.h"
 #include "App/Platform/Linux/DesktopEventStore.h"
 #include "App/Platform/Linux/EdsCalendars.h"
@@ -18,6 +19,7 @@
 #include "App/Platform/Linux/LinuxProcessInfo.h"
 #include "App/Platform/Linux/LoadedAudioInput.h"
 #include "App/Platform/Linux/PortalAppearance.h"
+#include "App/Platform/Linux/QtClipboard.h"
 #include "App/Platform/Linux/QtTicker.h"
 #include "App/Platform/Linux/ScriptNotifier.h"
 #include "App/Platform/Linux/SingleInstance.h"
@@ -37,7 +39,7 @@
 #include "App/TabContent.h"
 #include "App/Ui/Theme.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -67,6 +69,18 @@ SingleInstance& singleInstance()
 {
     static auto& instance = *new SingleInstance;
     return instance;
+}
+
+std::unique_ptr<Clipboard> makeClipboard()
+{
+    const QString platform = QGuiApplication::platformName();
+    if (platform == "xcb"_L1)
+        return std::make_unique<X11Clipboard>();
+    if (platform == "wayland"_L1) {
+        if (auto clipboard = ClipboardModule::load(helper(u"wayland-clipboard"_s)))
+            return clipboard;
+    }
+    return std::make_unique<QtClipboard>();
 }
 
 std::unique_ptr<QWidget> makePopover()
@@ -116,7 +130,7 @@ CalendarModel& CalendarModel::shared()
 
 Clipboard& Clipboard::shared()
 {
-    static auto& clipboard = *new X11Clipboard;
+    static auto& clipboard = *makeClipboard().release();
     return clipboard;
 }
 
