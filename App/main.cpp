@@ -1,4 +1,5 @@
 #include "App/AppDelegate.h"
+#include "App/Ui/MenuStyle.h"
 #include "App/Wiring.h"
 
 #include <QApplication>
@@ -37,6 +38,7 @@ int main(int argc, char** argv)
         qputenv(platformVariable, "xcb");
     // Nothing here needs GLib's event loop, and every turn of Qt's own is cheaper.
     qputenv(glibVariable, "1");
+    QApplication::setStyle(new MenuStyle);
     QApplication app(argc, argv);
     // Programs that are started from here get the user's own choice.
     setVariable(platformVariable, usersPlatform);

@@ -77,7 +77,6 @@ void QuickActionsView::build()
     m_output = new TextArea(TextArea::Kind::result, m_outputHeading->text(), this);
     m_status = new Label(TextRole::caption, &Colors::secondary, this);
     m_status->setElided(true);
-    setFocusProxy(m_input);
 }
 
 void QuickActionsView::nameParts()
@@ -113,6 +112,12 @@ void QuickActionsView::connectControls()
     connect(m_rewrite, &Button::clicked, &m_model, &QuickActionsModel::rewrite);
     connect(m_refresh, &Button::clicked, &m_model, &QuickActionsModel::loadModels);
     connect(m_copy, &Button::clicked, &m_model, &QuickActionsModel::copy);
+}
+
+// A focus proxy would also be where the Tab key comes to first, past the button above it.
+void QuickActionsView::focusInEvent(QFocusEvent* event)
+{
+    m_input->setFocus(event->reason());
 }
 
 void QuickActionsView::showEvent(QShowEvent*)

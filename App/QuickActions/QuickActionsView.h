@@ -30,6 +30,7 @@ private:
     void arrangeTransformations(const QRect& rows, const AdaptiveGrid& grid);
     void arrangeModels(const QRect& row);
     QRect mirrored(const QRect& row, const QRect& part) const;
+    void focusInEvent(QFocusEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;

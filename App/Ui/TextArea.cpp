@@ -45,6 +45,7 @@ TextArea::TextArea(Kind kind, const QString& name, QWidget* parent)
     document()->setDocumentMargin(0);
     document()->setDocumentLayout(new EvenLines(document(), Theme::lineHeight(TextRole::editor)));
     setViewportMargins(marginsOf(kind));
+    document()->clearUndoRedoStacks(); // The margin is no edit of the user's.
     viewport()->setAutoFillBackground(false);
     if (kind == Kind::result)
         setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

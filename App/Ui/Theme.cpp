@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QPalette>
+#include <QToolTip>
 
 #include <optional>
 
@@ -97,6 +98,8 @@ void Theme::apply(const ThemeChoice& choice)
     active().emplace(choice);
     QApplication::setPalette(paletteOf(active()->colors));
     QApplication::setFont(active()->font(TextRole::body));
+    QToolTip::setPalette(QApplication::palette());
+    QToolTip::setFont(active()->font(TextRole::caption));
 }
 
 Theme::Theme(const ThemeChoice& choice)

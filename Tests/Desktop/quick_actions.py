@@ -310,6 +310,7 @@ class QuickActions(unittest.TestCase):
         press_key("space")
         self.wait_for_text("Clipboard text", "words")
         self.wait_for_model("first")
+        corvella.tab_to("Read clipboard")
         corvella.tab_to("Clipboard text")
         type_text("More ")
         corvella.tab_to("Make bullets")

@@ -9,6 +9,7 @@
 #include "Tests/QuickActions/ActionsSetup.h"
 
 #include <QAccessible>
+#include <QPushButton>
 #include <QTest>
 
 #include <memory>
@@ -280,16 +281,27 @@ private Q_SLOTS:
         Setup s;
         s.startWith(u"text"_s, s.tags({ u"a"_s }));
         s.click(u"Make bullets"_s);
+        QPushButton before(&s.window);
+        before.show();
+        QWidget::setTabOrder(&before, &s.view);
+        QWidget::setTabOrder(&s.view, &s.button(u"read"_s));
+        before.setFocus();
         QStringList reached;
-        s.button(u"read"_s).setFocus(Qt::TabFocusReason);
         for (int step = 0; step < 11; ++step) {
-            reached << QApplication::focusWidget()->objectName();
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            reached << QApplication::focusWidget()->objectName();
         }
         const QStringList expected { u"read"_s, u"input"_s, u"Summarize"_s, u"Fix spacing & case"_s,
             u"Make bullets"_s, u"Count words"_s, u"models"_s, u"rewrite"_s, u"refresh"_s, u"copy"_s,
             u"output"_s };
         QCOMPARE(reached, expected);
+    }
+
+    void keystrokesGoToTheText()
+    {
+        Setup s;
+        s.view.setFocus();
+        QVERIFY(s.input().hasFocus());
     }
 
     void assistiveTechnologyHearsNames()

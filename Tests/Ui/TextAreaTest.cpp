@@ -65,6 +65,16 @@ private Q_SLOTS:
         QCOMPARE(s.edits.count(), 1);
     }
 
+    void onlyEditsCanBeUndone()
+    {
+        Setup s;
+        QVERIFY(!s.editor.document()->isUndoAvailable());
+        s.editor.setText(u"text"_s);
+        QVERIFY(!s.editor.document()->isUndoAvailable());
+        QTest::keyClicks(&s.editor, u"a"_s);
+        QVERIFY(s.editor.document()->isUndoAvailable());
+    }
+
     void aResultIsOnlyRead()
     {
         Setup s;
