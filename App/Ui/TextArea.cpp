@@ -51,6 +51,9 @@ TextArea::TextArea(Kind kind, const QString& name, QWidget* parent)
         setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     new CaretRest(this);
     connect(&m_text, &DocumentText::edited, this, &TextArea::edited);
+    // Qt would move all lines aside for a space that hangs over the end of one.
+    connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this,
+        [this] { horizontalScrollBar()->setRange(0, 0); });
     adoptColors();
 }
 

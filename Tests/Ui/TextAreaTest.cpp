@@ -177,6 +177,16 @@ private Q_SLOTS:
         QVERIFY(bottom > s.result.viewport()->height() - 17);
     }
 
+    void spacesAtTheEndOfALineMoveNothing()
+    {
+        Setup s;
+        for (int word = 0; word < 40; ++word)
+            QTest::keyClicks(&s.editor, u"mmmm    "_s);
+        QCOMPARE(s.editor.horizontalScrollBar()->value(), 0);
+        QTextCursor first(s.editor.document());
+        QCOMPARE(s.editor.cursorRect(first).left(), 0);
+    }
+
     void aNewTextShowsItsBeginning()
     {
         Setup s;
