@@ -159,11 +159,6 @@ private Q_SLOTS:
 
     void wordsCountByTheirLemma()
     {
-<<<<<<< HEAD:Tests/QuickActions/Text/SummaryTest.cpp
-=======
-        if (lemma(u"ran") != u"run"_s)
-            QSKIP("The lemmas know no irregular verb: the same word in two forms was not tried.");
->>>>>>> 48f8b04 (Tests: See lower case and quadratic time go wrong):Tests/QuickActions/SummaryTest.cpp
         QCOMPARE(keptBesideLead(u"Running rivers bend westward."_s, u"Brown birds sing loudly."_s,
                      u"They ran toward green hills."_s),
             u"They ran toward green hills."_s);
