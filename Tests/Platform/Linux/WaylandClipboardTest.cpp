@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QWidget>
 
@@ -50,7 +51,7 @@ struct Setup {
     Clipboard& clipboard = patient();
     QTemporaryDir folder;
     std::unique_ptr<Daemon> owner;
-    QWidget window;
+    QLineEdit window;
 
     // True when the keyboard has come to the window.
     bool show()
@@ -59,8 +60,13 @@ struct Setup {
         return QTest::qWaitFor([this] { return window.isActiveWindow(); }, 10'000);
     }
 
-    // As before any copying. It makes the window the one that may.
-    static void press() { outputOf(u"wtype"_s, { u"a"_s }); }
+    // Who copies must have typed after all that others copied. True when the window has a new
+    // letter.
+    bool typed()
+    {
+        window.clear();
+        return QTest::qWaitFor([this] { return !window.text().isEmpty(); }, 10'000);
+    }
 
     QString read() { return Reading(clipboard).awaited(); }
 
@@ -235,6 +241,7 @@ private Q_SLOTS:
         Reading late(s.clipboard);
         late.waiter.reset();
         QCOMPARE(s.read(), u"text"_s);
+        QCOMPARE(s.read(), u"text"_s);
         QCOMPARE(early.answers + late.answers, 0);
     }
 
@@ -258,7 +265,7 @@ private Q_SLOTS:
         QFETCH(const QString, text);
         Setup s;
         QVERIFY(s.show());
-        Setup::press();
+        QVERIFY(s.typed());
         auto content = std::make_unique<QMimeData>();
         content->setHtml(u"<b>bold</b>"_s);
         if (!text.isEmpty())
@@ -294,7 +301,7 @@ private Q_SLOTS:
         Setup s;
         QVERIFY(s.show());
         QVERIFY(s.own("\x89PNG", "image/png"));
-        Setup::press();
+        QVERIFY(s.typed());
         s.clipboard.setText(u"text"_s);
         QTRY_COMPARE(s.read(), u"text"_s);
         QVERIFY(!isOffered("image/png"));
@@ -333,9 +340,8 @@ private Q_SLOTS:
 int main(int argc, char** argv)
 {
     const WaylandScreen screen;
-    const bool isThere = !screen.socket().isEmpty();
-    if (isThere) {
-        qputenv("WAYLAND_DISPLAY", QFile::encodeName(screen.socket()));
+    if (const auto socket = screen.socket(); !socket.isEmpty()) {
+        qputenv("WAYLAND_DISPLAY", QFile::encodeName(socket));
         qputenv("QT_QPA_PLATFORM", "wayland");
         qputenv("QT_WAYLAND_DISABLE_HW_INTEGRATION", "1");
     }
