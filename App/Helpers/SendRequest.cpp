@@ -9,6 +9,7 @@
 #include <linux/close_range.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -16,6 +17,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -115,10 +117,15 @@ struct Reply {
     bool hasWholeHead = false;
 };
 
-// The library takes a head that breaks off for a whole one.
-std::size_t takeHead(char*, std::size_t, std::size_t size, void* user)
+// The library takes a head that breaks off for a whole one. It also brings what may follow the
+// body, which has no empty line behind it.
+std::size_t takeHead(char* line, std::size_t, std::size_t size, void* user)
 {
-    static_cast<Reply*>(user)->hasWholeHead = size <= 2; // An empty line.
+    auto& reply = *static_cast<Reply*>(user);
+    if (std::string_view(line, size).starts_with("HTTP/"))
+        reply.hasWholeHead = false;
+    else if (size <= 2) // An empty line.
+        reply.hasWholeHead = true;
     return size;
 }
 

@@ -175,6 +175,9 @@ private Q_SLOTS:
             << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
                           "2\r\nhe\r\n3\r\nllo\r\n0\r\n\r\n")
             << QByteArray("hello");
+        QTest::newRow("in chunks, and a word behind them") << QByteArray(
+            "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+            "5\r\nhello\r\n0\r\nTaken: 1 s\r\n\r\n") << QByteArray("hello");
         QTest::newRow("no Unicode")
             << QByteArray("HTTP/1.1 200 OK\r\n\r\n\xFF\xFE") << QByteArray("\xFF\xFE");
     }
@@ -211,6 +214,8 @@ private Q_SLOTS:
         QTest::newRow("before a word") << QByteArray() << QByteArray("close");
         QTest::newRow("before a word, broken") << QByteArray() << QByteArray("reset");
         QTest::newRow("in the headers") << half.first(20) << QByteArray("close");
+        QTest::newRow("in the headers after a while")
+            << "HTTP/1.1 100 Continue\r\n\r\n" + half.first(20) << QByteArray("close");
         QTest::newRow("in the body") << half << QByteArray("close");
         QTest::newRow("in the body, broken") << half << QByteArray("reset");
         QTest::newRow("in a body without length, broken")
