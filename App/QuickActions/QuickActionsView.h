@@ -25,6 +25,7 @@ private:
     void nameParts();
     void connectControls();
     void refresh();
+    void showStatus();
     void arrange();
     void arrangeHeading(const QRect& row, QWidget* heading, Button* button);
     void arrangeTransformations(const QRect& rows, const AdaptiveGrid& grid);

@@ -266,6 +266,27 @@ private Q_SLOTS:
         QCOMPARE(s.output().text(), u"• text"_s);
     }
 
+    void whatIsSaidInSeveralLinesIsReadToItsEnd()
+    {
+        Setup s;
+        s.startWith(u"text"_s, s.tags({ u"x"_s }));
+        s.click(u"rewrite"_s);
+        s.answerRewrite(QByteArray(R"({"error": "model requires more system memory (5.6 GiB) )"
+                                   R"(than is available (3.1 GiB), and another one does not"})"));
+        QVERIFY(s.status().wordWrap());
+        QCOMPARE(s.status().geometry(), QRect(14, 397, 372, 28));
+        QCOMPARE(s.boxOf(s.output()).bottom() + 1, 387);
+    }
+
+    void whatIsSaidWithoutEndTakesOneLine()
+    {
+        Setup s;
+        s.startWith(u"text"_s, s.tags({ u"x"_s }));
+        s.click(u"rewrite"_s);
+        s.answerRewrite("{\"error\": \"" + QByteArray("on and ").repeated(100000) + "\"}");
+        QCOMPARE(s.status().geometry(), QRect(14, 411, 372, 14));
+    }
+
     void theKeyboardGoesToTheResultThatIsWaitedFor()
     {
         Setup s;
