@@ -1,8 +1,8 @@
 #include "App/Ui/CaretRest.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QEvent>
-#include <QWidget>
 
 #include <chrono>
 
@@ -34,6 +34,9 @@ CaretRest::CaretRest(QWidget* editor)
     m_timer.setInterval(restAfter);
     connect(&m_timer, &QTimer::timeout, this, [] { QApplication::setCursorFlashTime(0); });
     editor->installEventFilter(this);
+    // Who clicks into what scrolls clicks on its viewport.
+    if (const auto* const area = qobject_cast<QAbstractScrollArea*>(editor))
+        area->viewport()->installEventFilter(this);
 }
 
 bool CaretRest::eventFilter(QObject*, QEvent* event)

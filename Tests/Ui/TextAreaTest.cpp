@@ -246,6 +246,16 @@ private Q_SLOTS:
         QVERIFY(Setup::at(s.result, { 100, 1 }) != bare);
     }
 
+    void aClickLetsTheCaretBlinkAgain()
+    {
+        Setup s;
+        QVERIFY(QTest::qWaitForWindowActive(&s.window));
+        s.editor.setFocus();
+        QApplication::setCursorFlashTime(0);
+        QTest::mouseClick(s.editor.viewport(), Qt::LeftButton);
+        QVERIFY(QApplication::cursorFlashTime() > 0);
+    }
+
     void aNewThemeColoursGroundAndWords()
     {
         Setup s;
