@@ -22,9 +22,13 @@ struct Piece {
     bool isParagraph; // A line end follows the words.
 };
 
+// Whatever Qt begins a block at; by the last two it marks frames.
 bool isLineEnd(QChar character)
 {
-    return character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator;
+    constexpr QChar beginningOfFrame(0xFDD0);
+    constexpr QChar endOfFrame(0xFDD1);
+    return character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator
+        || character == beginningOfFrame || character == endOfFrame;
 }
 
 // Not between the halves of a character, and rather behind a space.

@@ -57,6 +57,15 @@ private Q_SLOTS:
         QCOMPARE(s.text.text(), u"6\u00a0a\nb\nc\nd\n"_s);
     }
 
+    void whatQtTakesForALineEndIsOne()
+    {
+        Setup s;
+        const QString longParagraph = u"x"_s.repeated(5000);
+        s.text.setText(QChar(0xFDD0) + u"a"_s + QChar(0xFDD1) + longParagraph + u"\nend"_s);
+        s.at(0, 0).insertText(u"!"_s);
+        QCOMPARE(s.text.text(), u"!\na\n"_s + longParagraph + u"\nend"_s);
+    }
+
     void onlyEditsAreTold()
     {
         Setup s;
