@@ -62,11 +62,6 @@ QRect TextArea::box() const
     return ControlBox::of(*this);
 }
 
-bool TextArea::isEmpty() const
-{
-    return document()->isEmpty();
-}
-
 void TextArea::setText(const QString& text)
 {
     m_text.setText(text);

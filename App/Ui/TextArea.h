@@ -22,7 +22,6 @@ public:
 
     QRect box() const; // In the area's own coordinates.
     QString text() const { return m_text.text(); }
-    bool isEmpty() const;
 
     void setText(const QString& text); // Silent; shows its beginning.
     void placeBox(const QRect& box); // In the parent's coordinates.
