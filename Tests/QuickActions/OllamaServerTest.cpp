@@ -1,11 +1,10 @@
 #include "App/Platform/Linux/HelperHttpClient.h"
 #include "App/QuickActions/Ollama.h"
+#include "Tests/Support/LoopWatch.h"
 #include "Tests/Support/ModelServer.h"
 
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <memory>
@@ -67,29 +66,7 @@ struct Setup {
     QEventLoop loop;
 };
 
-// How long the event loop has stood still at most, in milliseconds.
-class Standstill final {
-public:
-    Standstill()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { longest(); });
-        m_timer.start(10ms);
-        m_since.start();
-    }
-
-    qint64 longest()
-    {
-        m_longest = std::max(m_longest, m_since.restart());
-        return m_longest;
-    }
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_since;
-    qint64 m_longest = 0;
-};
-
-constexpr qint64 tolerable = 250;
+constexpr qint64 tolerable = 250; // Milliseconds that the event loop stands still.
 
 }
 
@@ -169,12 +146,13 @@ private Q_SLOTS:
         Setup s(*m_server);
         const QByteArray values = QByteArray("0,").repeated(500);
         const ModelServer::Parts reply { { ok, 1 }, { "{\"more\": [", 1 }, { values, 60000 } };
-        Standstill standstill;
+        LoopWatch watch;
         m_server->send(reply + ModelServer::Parts { { "0], \"models\": []}", 1 } });
         QCOMPARE(std::get<QStringList>(s.models()), QStringList());
         m_server->send(reply + ModelServer::Parts { { "0]", 1 } });
         QCOMPARE(std::get<Ollama::Error>(s.rewrite(u"hi"_s, u"m"_s)).domain, u"JSON"_s);
-        QVERIFY2(standstill.longest() < tolerable, QByteArray::number(standstill.longest()));
+        const auto standstill = watch.longestStandstill();
+        QVERIFY2(standstill < tolerable, QByteArray::number(standstill));
     }
 
     void aLongTextComesWhole()
@@ -190,9 +168,10 @@ private Q_SLOTS:
         Setup s(*m_server);
         m_server->send({ { ok, 1 }, { "{\"response\": \"Better\"}", 1 } });
         const QString text(30000000, u'\u00E9');
-        Standstill standstill;
+        LoopWatch watch;
         QCOMPARE(std::get<QString>(s.rewrite(text, u"mistral:7b"_s)), u"Better"_s);
-        QVERIFY2(standstill.longest() < tolerable, QByteArray::number(standstill.longest()));
+        const auto standstill = watch.longestStandstill();
+        QVERIFY2(standstill < tolerable, QByteArray::number(standstill));
     }
 
 private:
