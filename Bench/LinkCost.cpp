@@ -1,14 +1,13 @@
 // Prints what the search for a meeting link takes in texts of a megabyte each, most of them made to
 // be slow, beside the least that reading them takes: a table of milliseconds.
 #include "App/Meetings/MeetingLink.h"
+#include "Bench/LeastTime.h"
 
 #include <QList>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -51,23 +50,9 @@ QList<Sample> samples()
     };
 }
 
-template <typename Action>
-double leastMilliseconds(Action action)
-{
-    auto least = std::numeric_limits<double>::max();
-    for (int i = 0; i < rounds; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        action();
-        const std::chrono::duration<double, std::milli> taken
-            = std::chrono::steady_clock::now() - start;
-        least = std::min(least, taken.count());
-    }
-    return least;
-}
-
 double searching(const QString& text)
 {
-    return leastMilliseconds([&text] {
+    return leastMilliseconds(rounds, [&text] {
         if (findMeetingLink({ text }))
             std::exit(2); // There is none in any of them.
     });
@@ -76,7 +61,7 @@ double searching(const QString& text)
 // Each character is looked at once, and that is all.
 double reading(const QString& text)
 {
-    return leastMilliseconds([&text] {
+    return leastMilliseconds(rounds, [&text] {
         if (std::ranges::count_if(text, [](QChar c) { return c.isSpace(); }) == text.size())
             std::exit(2);
     });

@@ -2,15 +2,14 @@
 // beside what Unicode's rules take alone, and what lemmas take a word: two tables.
 #include "App/QuickActions/Text/Lemmas.h"
 #include "App/QuickActions/Text/SentenceTokens.h"
+#include "Bench/LeastTime.h"
 
 #include <QList>
 #include <QString>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <memory>
 #include <unicode/ubrk.h>
 
@@ -66,26 +65,12 @@ QList<Sample> samples()
     };
 }
 
-template <typename Action>
-double leastMilliseconds(Action action)
-{
-    auto least = std::numeric_limits<double>::max();
-    for (int i = 0; i < rounds; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        action();
-        const std::chrono::duration<double, std::milli> taken
-            = std::chrono::steady_clock::now() - start;
-        least = std::min(least, taken.count());
-    }
-    return least;
-}
-
 double byUnicode(const QString& text)
 {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<UBreakIterator, decltype(&ubrk_close)> breaks(
         ubrk_open(UBRK_SENTENCE, "", nullptr, 0, &status), &ubrk_close);
-    return leastMilliseconds([&] {
+    return leastMilliseconds(rounds, [&] {
         ubrk_setText(breaks.get(), reinterpret_cast<const char16_t*>(text.utf16()),
             int32_t(text.size()), &status);
         while (ubrk_next(breaks.get()) != UBRK_DONE) { }
@@ -94,7 +79,7 @@ double byUnicode(const QString& text)
 
 double byCorvella(const QString& text)
 {
-    return leastMilliseconds([&text] {
+    return leastMilliseconds(rounds, [&text] {
         if (sentenceTokens(text).isEmpty())
             std::exit(2);
     });
@@ -118,7 +103,7 @@ void printLemmas()
     for (const auto word : QStringView(text).split(u' ', Qt::SkipEmptyParts))
         words.append(word);
     Lemmas lemmas;
-    const auto taken = leastMilliseconds([&] {
+    const auto taken = leastMilliseconds(rounds, [&] {
         if (std::ranges::count_if(
                 words, [&](QStringView word) { return lemmas.of(word).has_value(); })
             == 0)
