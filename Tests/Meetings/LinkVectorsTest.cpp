@@ -1,44 +1,13 @@
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
+#include "Tests/Support/VectorsProgram.h"
+
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-struct Outcome {
-    int status = -1;
-    QString output;
-    QString complaint;
-};
-
-static Outcome run(const QStringList& arguments)
+static VectorsProgram program()
 {
-    QProcess program;
-    program.start(QStringLiteral(LINK_VECTORS), arguments);
-    if (!program.waitForFinished() || program.exitStatus() != QProcess::NormalExit)
-        return {};
-    return { program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
-        QString::fromUtf8(program.readAllStandardError()) };
-}
-
-static Outcome runOn(const QByteArray& content)
-{
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(u"vectors.json"_s));
-    if (!file.open(QFile::WriteOnly) || file.write(content) != content.size() || !file.flush())
-        return {};
-    return run({ file.fileName() });
-}
-
-static QByteArray vectors(const QList<QJsonObject>& entries)
-{
-    QJsonArray array;
-    for (const auto& entry : entries)
-        array << entry;
-    return QJsonDocument(array).toJson();
+    return VectorsProgram(QStringLiteral(LINK_VECTORS));
 }
 
 static QJsonObject vector(
@@ -55,7 +24,7 @@ private Q_SLOTS:
     void countsWhatPasses()
     {
         const auto link = u"https://zoom.us/j/1"_s;
-        const auto outcome = runOn(vectors(
+        const auto outcome = program().runOn(VectorsProgram::contentOf(
             { vector(link, link, u"Zoom"_s), vector(u"Room 4"_s, QJsonValue(), QJsonValue()) }));
         QCOMPARE(outcome.status, 0);
         QCOMPARE(outcome.output, u"2 passed, 0 failed\n"_s);
@@ -64,8 +33,8 @@ private Q_SLOTS:
     void tellsWhatDiffers()
     {
         const auto link = u"https://zoom.us/j/1"_s;
-        const auto outcome
-            = runOn(vectors({ vector(link, link, u"Meet"_s), vector(QJsonValue(), link, u"Zoom"_s),
+        const auto outcome = program().runOn(VectorsProgram::contentOf(
+            { vector(link, link, u"Meet"_s), vector(QJsonValue(), link, u"Zoom"_s),
                 vector(link, u"https://zoom.us"_s, u"Zoom"_s) }));
         QCOMPARE(outcome.status, 1);
         QCOMPARE(outcome.output,
@@ -88,7 +57,7 @@ private Q_SLOTS:
         const auto link = u"https://zoom.us/j/1"_s;
         auto entry = vector(QJsonValue(), link, u"Zoom"_s);
         entry[key] = link;
-        QCOMPARE(runOn(vectors({ entry })).status, 0);
+        QCOMPARE(program().runOn(VectorsProgram::contentOf({ entry })).status, 0);
     }
 
     void complainsOfAFileItCannotUse_data()
@@ -100,16 +69,17 @@ private Q_SLOTS:
         QTest::newRow("no array") << QByteArray("{}") << noArray;
         QTest::newRow("nothing in it") << QByteArray("[]") << noArray;
         const auto noVector = u"entry 1 is not texts with their link"_s;
-        QTest::newRow("other entries") << vectors({ { { u"op"_s, u"summarize"_s } } }) << noVector;
+        QTest::newRow("other entries")
+            << VectorsProgram::contentOf({ { { u"op"_s, u"summarize"_s } } }) << noVector;
         QTest::newRow("a number for a text")
-            << vectors({ vector(1, QJsonValue(), QJsonValue()) }) << noVector;
+            << VectorsProgram::contentOf({ vector(1, QJsonValue(), QJsonValue()) }) << noVector;
     }
 
     void complainsOfAFileItCannotUse()
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, complaint);
-        const auto outcome = runOn(content);
+        const auto outcome = program().runOn(content);
         QCOMPARE(outcome.status, 1);
         QCOMPARE(outcome.output, QString());
         QVERIFY2(outcome.complaint.contains(complaint), qPrintable(outcome.complaint));
@@ -117,15 +87,15 @@ private Q_SLOTS:
 
     void complainsOfAFileThatIsNotThere()
     {
-        const auto outcome = run({ u"/nonexistent/links.json"_s });
+        const auto outcome = program().run({ u"/nonexistent/links.json"_s });
         QCOMPARE(outcome.status, 1);
         QVERIFY(outcome.complaint.contains(u"/nonexistent/links.json: No such file"_s));
     }
 
     void complainsWithoutAFile()
     {
-        QCOMPARE(run({}).status, 1);
-        QVERIFY(run({}).complaint.contains(u"usage"_s));
+        QCOMPARE(program().run({}).status, 1);
+        QVERIFY(program().run({}).complaint.contains(u"usage"_s));
     }
 };
 

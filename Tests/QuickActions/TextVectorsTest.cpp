@@ -1,44 +1,14 @@
-#include <QFile>
+#include "Tests/Support/VectorsProgram.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-struct Outcome {
-    int status = -1;
-    QString output;
-    QString complaint;
-};
-
-static Outcome run(const QStringList& arguments)
+static VectorsProgram program()
 {
-    QProcess program;
-    program.start(QStringLiteral(TEXT_VECTORS), arguments);
-    if (!program.waitForFinished() || program.exitStatus() != QProcess::NormalExit)
-        return {};
-    return { program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
-        QString::fromUtf8(program.readAllStandardError()) };
-}
-
-static Outcome runOn(const QByteArray& content)
-{
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(u"vectors.json"_s));
-    if (!file.open(QFile::WriteOnly) || file.write(content) != content.size() || !file.flush())
-        return {};
-    return run({ file.fileName() });
-}
-
-static QByteArray vectors(const QList<QJsonObject>& entries)
-{
-    QJsonArray array;
-    for (const auto& entry : entries)
-        array << entry;
-    return QJsonDocument(array).toJson();
+    return VectorsProgram(QStringLiteral(TEXT_VECTORS));
 }
 
 static QJsonObject vector(const QString& op, const QJsonValue& input, const QJsonValue& output)
@@ -52,22 +22,24 @@ class TextVectorsTest final : public QObject {
 private Q_SLOTS:
     void countsWhatPasses()
     {
-        const auto outcome = runOn(vectors({ vector(u"sentences"_s, u"One. Two."_s,
-                                                 QJsonArray { u"One."_s, u"Two."_s }),
-            vector(u"words"_s, u"One."_s, QJsonArray { u"One"_s }),
-            vector(u"summarize"_s, u" One. "_s, u"One."_s),
-            vector(u"bullets"_s, u"One."_s, u"• One."_s),
-            vector(u"fixSpacingAndCase"_s, u"one"_s, u"One"_s),
-            vector(u"count"_s, u""_s, u"0 words · 0 characters · 0 sentences · ~1 min read"_s) }));
+        const auto outcome = program().runOn(VectorsProgram::contentOf(
+            { vector(u"sentences"_s, u"One. Two."_s, QJsonArray { u"One."_s, u"Two."_s }),
+                vector(u"words"_s, u"One."_s, QJsonArray { u"One"_s }),
+                vector(u"summarize"_s, u" One. "_s, u"One."_s),
+                vector(u"bullets"_s, u"One."_s, u"• One."_s),
+                vector(u"fixSpacingAndCase"_s, u"one"_s, u"One"_s),
+                vector(
+                    u"count"_s, u""_s, u"0 words · 0 characters · 0 sentences · ~1 min read"_s) }));
         QCOMPARE(outcome.status, 0);
         QCOMPARE(outcome.output, u"6 passed, 0 failed\n"_s);
     }
 
     void tellsWhatDiffers()
     {
-        const auto outcome = runOn(vectors({ vector(
-                                                 u"words"_s, u"a\n\u00E9"_s, QJsonArray { u"a"_s }),
-            vector(u"bullets"_s, u"b"_s, u"\"b\""_s), vector(u"bullets"_s, u"c"_s, u"• c"_s) }));
+        const auto outcome = program().runOn(
+            VectorsProgram::contentOf({ vector(u"words"_s, u"a\n\u00E9"_s, QJsonArray { u"a"_s }),
+                vector(u"bullets"_s, u"b"_s, u"\"b\""_s),
+                vector(u"bullets"_s, u"c"_s, u"• c"_s) }));
         QCOMPARE(outcome.status, 1);
         QCOMPARE(outcome.output,
             u"1: words \"a\\u000a\\u00e9\"\n"
@@ -96,14 +68,14 @@ private Q_SLOTS:
         QFETCH(int, characters);
         const auto entry = "[{\"op\": \"count\", \"input\": \"" + text + "\", \"output\": \"\"}]";
         const auto counted = u" %1 characters"_s.arg(characters);
-        QVERIFY(runOn(entry).output.contains(counted));
-        QVERIFY(runOn("\xEF\xBB\xBF" + entry).output.contains(counted));
+        QVERIFY(program().runOn(entry).output.contains(counted));
+        QVERIFY(program().runOn("\xEF\xBB\xBF" + entry).output.contains(counted));
     }
 
     void whatIsNoUnicodeIsKeptApart()
     {
         const auto outcome
-            = runOn(R"([{"op": "bullets", "input": "\ud800", "output": "• \ud801"}])");
+            = program().runOn(R"([{"op": "bullets", "input": "\ud800", "output": "• \ud801"}])");
         QCOMPARE(outcome.status, 1);
         QVERIFY(outcome.output.contains(u"found    \"\\u2022 \\ud800\""_s));
     }
@@ -118,24 +90,27 @@ private Q_SLOTS:
         QTest::newRow("no array") << QByteArray("{}") << noArray;
         QTest::newRow("nothing in it") << QByteArray("[]") << noArray;
         const auto noVector = u"entry 1 is not a tool, a text and what is to come out"_s;
-        QTest::newRow("other entries") << vectors({ { { u"link"_s, u"x"_s } } }) << noVector;
+        QTest::newRow("other entries")
+            << VectorsProgram::contentOf({ { { u"link"_s, u"x"_s } } }) << noVector;
         QTest::newRow("another tool")
-            << vectors({ vector(u"shout"_s, u"x"_s, u"X"_s) }) << noVector;
+            << VectorsProgram::contentOf({ vector(u"shout"_s, u"x"_s, u"X"_s) }) << noVector;
         QTest::newRow("a number for a text")
-            << vectors({ vector(u"bullets"_s, 1, u"• 1"_s) }) << noVector;
+            << VectorsProgram::contentOf({ vector(u"bullets"_s, 1, u"• 1"_s) }) << noVector;
         QTest::newRow("one text for several")
-            << vectors({ vector(u"words"_s, u"x"_s, u"x"_s) }) << noVector;
+            << VectorsProgram::contentOf({ vector(u"words"_s, u"x"_s, u"x"_s) }) << noVector;
         QTest::newRow("several texts for one")
-            << vectors({ vector(u"bullets"_s, u"x"_s, QJsonArray { u"x"_s }) }) << noVector;
+            << VectorsProgram::contentOf({ vector(u"bullets"_s, u"x"_s, QJsonArray { u"x"_s }) })
+            << noVector;
         QTest::newRow("numbers for texts")
-            << vectors({ vector(u"words"_s, u"1"_s, QJsonArray { 1 }) }) << noVector;
+            << VectorsProgram::contentOf({ vector(u"words"_s, u"1"_s, QJsonArray { 1 }) })
+            << noVector;
     }
 
     void complainsOfAFileItCannotUse()
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, complaint);
-        const auto outcome = runOn(content);
+        const auto outcome = program().runOn(content);
         QCOMPARE(outcome.status, 1);
         QCOMPARE(outcome.output, QString());
         QVERIFY2(outcome.complaint.contains(complaint), qPrintable(outcome.complaint));
@@ -143,15 +118,15 @@ private Q_SLOTS:
 
     void complainsOfAFileThatIsNotThere()
     {
-        const auto outcome = run({ u"/nonexistent/texts.json"_s });
+        const auto outcome = program().run({ u"/nonexistent/texts.json"_s });
         QCOMPARE(outcome.status, 1);
         QVERIFY(outcome.complaint.contains(u"/nonexistent/texts.json: No such file"_s));
     }
 
     void complainsWithoutAFile()
     {
-        QCOMPARE(run({}).status, 1);
-        QVERIFY(run({}).complaint.contains(u"usage"_s));
+        QCOMPARE(program().run({}).status, 1);
+        QVERIFY(program().run({}).complaint.contains(u"usage"_s));
     }
 };
 
