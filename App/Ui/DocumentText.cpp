@@ -11,10 +11,12 @@ namespace {
 constexpr qsizetype longestBlock = 2048; // A few milliseconds to lay out.
 constexpr qsizetype perTurn = 65536;
 
-// The state of a block that is one paragraph with the block after it. When two blocks become one
-// Qt keeps the state of the later one, so it has to be told of what follows.
+// The state of a block that is one paragraph with the block after it, of one that is not, and of
+// one that Qt has just made. When two blocks become one Qt keeps the state of the later one, so it
+// has to be told of what follows.
 constexpr int goesOn = 1;
-constexpr int ends = -1;
+constexpr int ends = 0;
+constexpr int unmarked = -1;
 
 struct Piece {
     QStringView words;
@@ -142,20 +144,46 @@ qsizetype DocumentText::insertPieces(QTextCursor& cursor, QStringView text, qsiz
         words += u'\n';
         states += piece.isParagraph ? ends : goesOn;
     }
-    // Undoing would bring back blocks without their states.
-    if (states.contains(goesOn)) {
-        m_hasLongParagraphs = true;
-        m_document.setUndoRedoEnabled(false);
-    }
-    const int start = cursor.selectionStart();
+    if (states.contains(goesOn))
+        expectLongParagraphs();
+    // Nobody is to hear of it before the blocks have their states.
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    auto block = cursor.block();
+    const int followed = block.userState();
     cursor.insertText(words);
-    auto block = m_document.findBlock(start);
     for (const int state : states) {
-        if (state == goesOn)
-            block.setUserState(goesOn);
+        block.setUserState(state);
         block = block.next();
     }
+    block.setUserState(followed);
+    cursor.endEditBlock();
     return taken;
+}
+
+void DocumentText::expectLongParagraphs()
+{
+    if (m_hasLongParagraphs)
+        return;
+    m_hasLongParagraphs = true;
+    // Undoing would bring back blocks without their states.
+    m_document.setUndoRedoEnabled(false);
+    markBlocks(0, m_document.characterCount());
+}
+
+void DocumentText::markBlocks(int first, int last)
+{
+    for (auto block = m_document.findBlock(first); block.isValid() && block.position() <= last;
+         block = block.next()) {
+        if (block.userState() != unmarked)
+            continue;
+        // A block was divided: what follows it follows its last part.
+        auto before = block.previous();
+        const bool isPart = before.isValid() && before.userState() == goesOn;
+        block.setUserState(isPart ? goesOn : ends);
+        if (isPart)
+            before.setUserState(ends);
+    }
 }
 
 void DocumentText::contentsChange(int position, int removed, int added)
@@ -163,13 +191,8 @@ void DocumentText::contentsChange(int position, int removed, int added)
     // Qt also tells of new formats this way.
     if (m_isFilling || (removed == 0 && added == 0))
         return;
-    auto first = m_document.findBlock(position);
-    auto last = m_document.findBlock(position + added);
-    // A block was divided: what follows it follows its last part.
-    if (first != last && first.userState() == goesOn && last.userState() == ends) {
-        first.setUserState(ends);
-        last.setUserState(goesOn);
-    }
+    if (m_hasLongParagraphs)
+        markBlocks(position, position + added);
     m_isEdited = true;
     Q_EMIT edited();
 }

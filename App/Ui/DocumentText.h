@@ -29,6 +29,8 @@ private:
     QString joined(QString words, int position) const;
     void fill();
     qsizetype insertPieces(QTextCursor& cursor, QStringView text, qsizetype atLeast);
+    void expectLongParagraphs();
+    void markBlocks(int first, int last); // Between these positions.
     void contentsChange(int position, int removed, int added);
 
     QTextDocument& m_document;

@@ -151,6 +151,40 @@ private Q_SLOTS:
         QCOMPARE(s.text.text(), u"one\ntwo"_s);
     }
 
+    void whoHearsOfAnEditReadsAllOfIt()
+    {
+        Setup s;
+        QString heard;
+        connect(&s.text, &DocumentText::edited, this, [&] { heard = s.text.text(); });
+        s.text.setText(u"ab"_s);
+        const QString longText = u"x"_s.repeated(5000) + u"\nend"_s;
+        s.text.insert(s.at(1, 1), longText);
+        QCOMPARE(heard, u"a"_s + longText + u"b"_s);
+    }
+
+    // As one edit, which is how a text is dragged within its area.
+    void whatMovesWithinTheTextStaysWhole()
+    {
+        const QString moved = u"x"_s.repeated(5000);
+        for (const bool isMovedDown : { true, false }) {
+            Setup s;
+            const QString rest = u"one\n"_s + u"y"_s.repeated(5000) + u"\ntwo"_s;
+            s.text.setText(isMovedDown ? moved + rest : rest + moved);
+            const int last = s.document.characterCount() - 1;
+            const int start = isMovedDown ? 0 : last - 5002; // The paragraph has two more breaks.
+            QString heard;
+            connect(&s.text, &DocumentText::edited, this, [&] { heard = s.text.text(); });
+            auto cursor = s.at(start, start + 5002);
+            cursor.beginEditBlock();
+            cursor.removeSelectedText();
+            cursor.movePosition(isMovedDown ? QTextCursor::End : QTextCursor::Start);
+            s.text.insert(cursor, moved);
+            cursor.endEditBlock();
+            QCOMPARE(s.text.text(), isMovedDown ? rest + moved : moved + rest);
+            QCOMPARE(heard, s.text.text());
+        }
+    }
+
     void anyEditsComeOutAsInAString()
     {
         const auto seed = QRandomGenerator::global()->generate();
@@ -170,6 +204,8 @@ private Q_SLOTS:
             QString expected = longText;
             s.text.setText(longText);
             QTRY_VERIFY(s.isFilled());
+            QString heard = longText;
+            connect(&s.text, &DocumentText::edited, this, [&] { heard = s.text.text(); });
             for (int edit = 0; edit < 6; ++edit) {
                 const int length = s.document.characterCount() - 1;
                 const int start = int(random.bounded(length + 1));
@@ -180,8 +216,14 @@ private Q_SLOTS:
                 const auto to = s.text.selectedText(s.at(0, end)).size();
                 const QString inserted = random.bounded(2) ? piece() : u"\n"_s;
                 auto cursor = s.at(start, end);
-                if (random.bounded(2)) {
+                const auto way = random.bounded(3);
+                if (way == 0) {
                     s.text.insert(cursor, inserted);
+                } else if (way == 1) {
+                    cursor.beginEditBlock();
+                    cursor.removeSelectedText();
+                    s.text.insert(cursor, inserted);
+                    cursor.endEditBlock();
                 } else {
                     cursor.beginEditBlock();
                     cursor.removeSelectedText();
@@ -189,7 +231,7 @@ private Q_SLOTS:
                     cursor.endEditBlock();
                 }
                 expected.replace(from, to - from, inserted);
-                QVERIFY2(s.text.text() == expected,
+                QVERIFY2(s.text.text() == expected && heard == expected,
                     qPrintable(u"seed %1, round %2, edit %3"_s.arg(seed).arg(round).arg(edit)));
             }
         }
