@@ -185,6 +185,16 @@ private Q_SLOTS:
         }
     }
 
+    // Qt ends a block at two characters that are none.
+    void charactersThatAreNoneEndLinesToo()
+    {
+        Setup s;
+        s.text.setText(u"x"_s.repeated(5000) + u"\ufdd0b\ufdd1c"_s + u"y"_s.repeated(5000));
+        s.at(0, 0).insertText(u"!"_s);
+        QCOMPARE(
+            s.text.text(), u"!"_s + u"x"_s.repeated(5000) + u"\nb\nc"_s + u"y"_s.repeated(5000));
+    }
+
     void anyEditsComeOutAsInAString()
     {
         const auto seed = QRandomGenerator::global()->generate();
