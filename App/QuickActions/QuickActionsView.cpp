@@ -1,5 +1,6 @@
 #include "App/QuickActions/QuickActionsView.h"
 
+#include "App/Platform/Clipboard.h"
 #include "App/QuickActions/Ollama.h"
 #include "App/Ui/Accessibility.h"
 #include "App/Ui/AdaptiveGrid.h"
@@ -43,7 +44,8 @@ constexpr std::array<Transformation, 4> transformations { {
 }
 
 QuickActionsView::QuickActionsView(Clipboard& clipboard, HttpClient& client)
-    : m_model(clipboard, client)
+    : m_clipboard(clipboard)
+    , m_model(clipboard, client)
 {
     build();
     nameParts();
@@ -103,6 +105,9 @@ void QuickActionsView::connectControls()
     connect(m_input, &TextArea::edited, this, [this] {
         m_shownInput = m_input->text();
         m_model.setInput(m_shownInput);
+    });
+    connect(m_input, &TextArea::pasteWanted, this, [this] {
+        m_clipboard.readText(m_input, [this](const QString& text) { m_input->insert(text); });
     });
     for (size_t index = 0; index < transformations.size(); ++index) {
         connect(m_transformations[index], &Button::clicked, &m_model, transformations[index].run);

@@ -36,6 +36,7 @@ private:
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
+    Clipboard& m_clipboard;
     QuickActionsModel m_model;
     QString m_shownInput; // What the editor holds.
 

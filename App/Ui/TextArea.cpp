@@ -8,6 +8,8 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -18,6 +20,12 @@
 namespace {
 
 constexpr qreal radius = 5;
+
+bool isClipboard(const QMimeData* source)
+{
+    return source == QGuiApplication::clipboard()->mimeData();
+}
+
 // Its words stand in the middle of it, as many whole lines as it is high: 100 for five.
 QMargins marginsOf(TextArea::Kind kind)
 {
@@ -66,6 +74,14 @@ void TextArea::setText(const QString& text)
 {
     m_text.setText(text);
     moveCursor(QTextCursor::Start);
+}
+
+void TextArea::insert(const QString& text)
+{
+    if (text.isEmpty())
+        return;
+    m_text.insert(textCursor(), text);
+    ensureCursorVisible();
 }
 
 void TextArea::placeBox(const QRect& box)
@@ -122,12 +138,20 @@ QMimeData* TextArea::createMimeDataFromSelection() const
     return selected;
 }
 
+// Of the clipboard nothing is asked that its owner would have to answer.
+bool TextArea::canInsertFromMimeData(const QMimeData* source) const
+{
+    return m_kind == Kind::editor && (isClipboard(source) || source->hasText());
+}
+
 void TextArea::insertFromMimeData(const QMimeData* source)
 {
-    if (m_kind != Kind::editor || !source->hasText())
+    if (m_kind != Kind::editor)
         return;
-    m_text.insert(textCursor(), source->text());
-    ensureCursorVisible();
+    if (isClipboard(source))
+        Q_EMIT pasteWanted();
+    else
+        insert(source->text());
 }
 
 void TextArea::adoptColors()

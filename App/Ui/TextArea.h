@@ -24,10 +24,13 @@ public:
     QString text() const { return m_text.text(); }
 
     void setText(const QString& text); // Silent; shows its beginning.
+    void insert(const QString& text); // An edit, in place of the selection.
     void placeBox(const QRect& box); // In the parent's coordinates.
 
 Q_SIGNALS:
     void edited(); // By the user.
+    // The text of the clipboard is to be inserted; through Qt that would wait for its owner.
+    void pasteWanted();
 
 protected:
     bool event(QEvent* event) override;
@@ -36,6 +39,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     QMimeData* createMimeDataFromSelection() const override;
+    bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
 
 private:

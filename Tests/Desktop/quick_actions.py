@@ -6,6 +6,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import time
 import unittest
 
 from gi.repository import Atspi
@@ -195,6 +196,18 @@ class QuickActions(unittest.TestCase):
         self.wait_for_text("Result", "1 words · 5 characters · 1 sentences · ~1 min read")
         self.assertEqual(self.text("Clipboard text"), "words")
         corvella.find("label", "Clipboard has no text")
+
+    def test_pasting_from_a_program_that_hangs_holds_up_nothing(self):
+        owner = self.copy("words")
+        corvella = self.launch()
+        self.wait_for_text("Clipboard text", "words")
+        press_key("ctrl+End")
+        owner.hang()
+        start = time.monotonic()
+        press_key("ctrl+v")
+        type_text("!")
+        self.wait_for_text("Clipboard text", "words!")
+        self.assertLess(time.monotonic() - start, 4)  # Qt alone would wait for longer.
 
     def test_text_that_its_program_took_along_is_none(self):
         self.copy("words").stop()

@@ -10,6 +10,8 @@
 
 #include <QAccessible>
 #include <QPushButton>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QTest>
 
 #include <algorithm>
@@ -123,6 +125,21 @@ private Q_SLOTS:
         s.copyElsewhere(u"text"_s);
         QCOMPARE(s.input().text(), u"text"_s);
         QVERIFY(s.status().isHidden());
+    }
+
+    void whatIsPastedComesWhenItsOwnerAnswers()
+    {
+        Setup s;
+        s.startWith(u"old "_s, s.stopped());
+        s.input().moveCursor(QTextCursor::End);
+        QGuiApplication::clipboard()->setText(u"what Qt knows"_s);
+        QTest::keySequence(&s.input(), QKeySequence::Paste);
+        s.settle();
+        QCOMPARE(s.input().text(), u"old "_s);
+        s.copyElsewhere(u"new"_s);
+        QCOMPARE(s.input().text(), u"old new"_s);
+        s.click(u"Make bullets"_s);
+        QCOMPARE(s.output().text(), u"• old new"_s);
     }
 
     void oneCharacterEnablesTheToolsAndOnlyWithAModelTheRewrite()

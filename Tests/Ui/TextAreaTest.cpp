@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -119,23 +120,63 @@ private Q_SLOTS:
     {
         Setup s;
         const QString text = u"word "_s.repeated(2000);
-        QApplication::clipboard()->setText(text);
         s.editor.setText(u"ab"_s);
         s.editor.moveCursor(QTextCursor::End);
-        s.editor.paste();
+        s.editor.insert(text);
         QCOMPARE(s.editor.text(), u"ab"_s + text);
         QVERIFY(s.editor.document()->blockCount() > 3);
     }
 
-    void onlyPlainTextIsPasted()
+    void onlyPlainTextIsDropped()
     {
         Setup s;
-        auto* const copied = new QMimeData;
-        copied->setHtml(u"<b>bold</b>"_s);
-        copied->setText(u"<b>plain</b>"_s);
-        QApplication::clipboard()->setMimeData(copied);
-        s.editor.paste();
+        QMimeData dragged;
+        dragged.setHtml(u"<b>bold</b>"_s);
+        dragged.setText(u"<b>plain</b>"_s);
+        QDragEnterEvent enter({ 5, 5 }, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(s.editor.viewport(), &enter);
+        QDropEvent drop({ 5, 5 }, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(s.editor.viewport(), &drop);
         QCOMPARE(s.editor.text(), u"<b>plain</b>"_s);
+    }
+
+    void whoPastesDoesNotAskTheClipboardThroughQt()
+    {
+        struct Watched : QMimeData {
+            QVariant retrieveData(const QString&, QMetaType) const override
+            {
+                ++questions;
+                return {};
+            }
+            bool hasFormat(const QString&) const override { return ++questions > 0; }
+            QStringList formats() const override { return ++questions, QStringList(); }
+
+            mutable int questions = 0;
+        };
+        Setup s;
+        auto* const watched = new Watched;
+        QApplication::clipboard()->setMimeData(watched);
+        watched->questions = 0;
+        QSignalSpy wishes(&s.editor, &TextArea::pasteWanted);
+        QTest::keySequence(&s.editor, QKeySequence::Paste);
+        QVERIFY(s.editor.canPaste());
+        s.editor.paste();
+        QCOMPARE(wishes.count(), 2);
+        QCOMPARE(watched->questions, 0);
+        QCOMPARE(s.edits.count(), 0);
+        QApplication::clipboard()->clear();
+    }
+
+    void whatIsInsertedTakesThePlaceOfTheSelection()
+    {
+        Setup s;
+        s.editor.setText(u"one two"_s);
+        Setup::select(s.editor, 0, 3);
+        s.editor.insert({});
+        QCOMPARE(s.editor.text(), u"one two"_s);
+        s.editor.insert(u"six"_s);
+        QCOMPARE(s.editor.text(), u"six two"_s);
+        QCOMPARE(s.edits.count(), 1);
     }
 
     void linesAreOfOneHeightWhateverTheFont()
