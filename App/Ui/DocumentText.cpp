@@ -10,6 +10,7 @@ namespace {
 
 constexpr qsizetype longestBlock = 2048; // A few milliseconds to lay out.
 constexpr qsizetype perTurn = 65536;
+constexpr qsizetype blocksPerTurn = 4096; // Each takes as long as some dozens of characters.
 
 // The state of a block that is one paragraph with the block after it, of one that is not, and of
 // one that Qt has just made. When two blocks become one Qt keeps the state of the later one, so it
@@ -117,7 +118,8 @@ void DocumentText::fill()
     QTextCursor end(&m_document);
     end.movePosition(QTextCursor::End);
     m_isFilling = true;
-    m_filled += insertPieces(end, QStringView(m_source).sliced(m_filled), perTurn);
+    m_filled
+        += insertPieces(end, QStringView(m_source).sliced(m_filled), { perTurn, blocksPerTurn });
     m_isFilling = false;
     if (m_filled < m_source.size())
         m_turn.start(0);
@@ -127,15 +129,15 @@ void DocumentText::fill()
 
 void DocumentText::insert(QTextCursor cursor, const QString& text)
 {
-    insertPieces(cursor, text, text.size());
+    insertPieces(cursor, text, { text.size(), text.size() });
 }
 
-qsizetype DocumentText::insertPieces(QTextCursor& cursor, QStringView text, qsizetype atLeast)
+qsizetype DocumentText::insertPieces(QTextCursor& cursor, QStringView text, const Portion& portion)
 {
     QString words;
     QList<int> states;
     qsizetype taken = 0;
-    while (taken < text.size() && taken < atLeast) {
+    while (taken < text.size() && taken < portion.characters && states.size() < portion.blocks) {
         const auto piece = nextPiece(text.sliced(taken));
         taken += piece.next;
         words += piece.words;

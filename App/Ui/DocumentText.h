@@ -26,9 +26,15 @@ Q_SIGNALS:
     void edited();
 
 private:
+    // What is enough for now, whichever comes first.
+    struct Portion {
+        qsizetype characters;
+        qsizetype blocks;
+    };
+
     QString joined(QString words, int position) const;
     void fill();
-    qsizetype insertPieces(QTextCursor& cursor, QStringView text, qsizetype atLeast);
+    qsizetype insertPieces(QTextCursor& cursor, QStringView text, const Portion& portion);
     void expectLongParagraphs();
     void markBlocks(int first, int last); // Between these positions.
     void contentsChange(int position, int removed, int added);

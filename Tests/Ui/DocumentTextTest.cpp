@@ -86,6 +86,15 @@ private Q_SLOTS:
         QCOMPARE(s.document.blockCount(), 100001);
     }
 
+    void emptyLinesArriveInSmallPiecesToo()
+    {
+        Setup s;
+        s.text.setText(u"\n"_s.repeated(60000) + u"end"_s);
+        QVERIFY(s.document.blockCount() < 10000);
+        QTRY_VERIFY(s.isFilled());
+        QCOMPARE(s.document.blockCount(), 60001);
+    }
+
     void anEditOnTheWayLosesNothing()
     {
         Setup s;
