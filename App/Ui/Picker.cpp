@@ -23,6 +23,17 @@ constexpr int chevronEnd = 5;
 constexpr qreal chevronStroke = 2;
 constexpr qreal radius = 6;
 
+// In one line of a menu, which would be as wide as the longest title. An ampersand is no mnemonic,
+// and nothing is to stand where menus have their shortcuts.
+QString entryOf(const QString& title)
+{
+    constexpr qsizetype longest = 100;
+    QString entry = title.left(longest).simplified();
+    if (title.size() > longest)
+        entry += u'…';
+    return entry.replace(u'&', u"&&"_s);
+}
+
 }
 
 Picker::Picker(const QString& name, QWidget* parent)
@@ -140,10 +151,8 @@ void Picker::choose(int index)
 void Picker::fillMenu()
 {
     if (m_menu.isEmpty()) {
-        for (QString title : m_titles) {
-            // An ampersand in a title is no mnemonic.
-            m_menu.addAction(title.replace(u'&', u"&&"_s))->setCheckable(true);
-        }
+        for (const auto& title : m_titles)
+            m_menu.addAction(entryOf(title))->setCheckable(true);
     }
     const QList<QAction*> actions = m_menu.actions();
     for (int index = 0; index < actions.size(); ++index)

@@ -54,6 +54,17 @@ private Q_SLOTS:
         QCOMPARE(s.choices.count(), 1);
     }
 
+    void theMenuHasEachTitleInOneShortLine()
+    {
+        Setup s;
+        s.picker.setTitles({ u"a\nb\tc"_s, QString(1'000'000, u'x') });
+        QTest::keyClick(&s.picker, Qt::Key_Down);
+        QTRY_VERIFY(Setup::menu());
+        QCOMPARE(Setup::menu()->actions().at(0)->text(), u"a b c"_s);
+        QCOMPARE(Setup::menu()->actions().at(1)->text(), QString(100, u'x') + u'…');
+        QTest::keyClick(Setup::menu(), Qt::Key_Escape);
+    }
+
     void theDownArrowOpensTheMenuAndEscapeChangesNothing()
     {
         Setup s;
