@@ -17,6 +17,8 @@ namespace {
 
 constexpr auto modelsTimeout = 3s;
 constexpr auto rewriteTimeout = 180s;
+// Bytes. Ten thousand models take no more; decoded, a list can be thirty times as large.
+constexpr qsizetype largestList = qsizetype { 4 } * 1024 * 1024;
 
 QString instruction()
 {
@@ -87,6 +89,8 @@ std::optional<QJsonObject> object(const QByteArray& reply)
 
 Result<QStringList, Ollama::Error> decodeTags(const QByteArray& reply)
 {
+    if (reply.size() > largestList)
+        return strangeReply();
     const auto tags = object(reply);
     if (!tags || !(*tags)["models"_L1].isArray())
         return strangeReply();

@@ -129,6 +129,7 @@ private Q_SLOTS:
         QTest::newRow("a name of null") << QByteArray(R"({"models": [{"name": null}]})");
         QTest::newRow("a number for a name") << QByteArray(R"({"models": [{"name": 3}]})");
         QTest::newRow("Latin 1") << QByteArray("{\"models\": [{\"name\": \"caf\xE9\"}]}");
+        QTest::newRow("endless") << "{\"models\": [" + QByteArray(4 * 1024 * 1024, ' ') + "]}";
         QTest::newRow("deep") << QByteArray(R"({"models": )") + QByteArray(100000, '[');
     }
 
