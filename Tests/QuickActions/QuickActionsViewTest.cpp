@@ -9,9 +9,9 @@
 #include "Tests/QuickActions/ActionsSetup.h"
 
 #include <QAccessible>
-#include <QPushButton>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QPushButton>
 #include <QTest>
 
 #include <algorithm>
