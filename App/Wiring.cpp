@@ -76,7 +76,7 @@ std::unique_ptr<Clipboard> makeClipboard()
     const QString platform = QGuiApplication::platformName();
     if (platform == "xcb"_L1)
         return std::make_unique<X11Clipboard>();
-    if (platform == "wayland"_L1) {
+    if (platform.startsWith("wayland"_L1)) {
         if (auto clipboard = ClipboardModule::load(helper(u"wayland-clipboard"_s)))
             return clipboard;
     }
