@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QThreadPool>
 
+#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -13,6 +14,7 @@ constexpr auto platformVariable = "QT_QPA_PLATFORM";
 constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
 constexpr auto glibVariable = "QT_NO_GLIB";
 constexpr unsigned longestFarewell = 3; // Seconds.
+constexpr int largeMemory = 128 * 1024; // Bytes
 
 void setVariable(const char* name, const QByteArray& value)
 {
@@ -26,6 +28,9 @@ void setVariable(const char* name, const QByteArray& value)
 
 int main(int argc, char** argv)
 {
+    // Texts of many megabytes come and go; by itself the allocator would come to keep their room.
+    mallopt(M_MMAP_THRESHOLD, largeMemory);
+    mallopt(M_TRIM_THRESHOLD, largeMemory);
     const auto usersPlatform = qgetenv(platformVariable);
     const auto usersTheme = qgetenv(themeVariable);
     const auto usersGlib = qgetenv(glibVariable);
