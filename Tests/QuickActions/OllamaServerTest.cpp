@@ -148,7 +148,7 @@ private Q_SLOTS:
         const ModelServer::Parts reply { { ok, 1 }, { "{\"more\": [", 1 }, { values, 60000 } };
         LoopWatch watch;
         m_server->send(reply + ModelServer::Parts { { "0], \"models\": []}", 1 } });
-        QCOMPARE(std::get<QStringList>(s.models()), QStringList());
+        QCOMPARE(std::get<Ollama::Error>(s.models()).domain, u"JSON"_s);
         m_server->send(reply + ModelServer::Parts { { "0]", 1 } });
         QCOMPARE(std::get<Ollama::Error>(s.rewrite(u"hi"_s, u"m"_s)).domain, u"JSON"_s);
         const auto standstill = watch.longestStandstill();
