@@ -228,7 +228,8 @@ private Q_SLOTS:
         for (int width = 300; width < 340; ++width) {
             s.editor.placeBox({ 14, 14, width, 100 });
             s.editor.setText({});
-            for (const auto letter : u"The release notes need a short paragraph about all of it"_s) {
+            for (const auto letter :
+                u"The release notes need a short paragraph about all of it"_s) {
                 QTest::keyClicks(&s.editor, letter);
                 QCoreApplication::processEvents();
                 QCOMPARE(s.editor.horizontalScrollBar()->maximum(), 0);
