@@ -4,24 +4,15 @@
 // string, or null when absent.
 #include "App/Meetings/MeetingEvent.h"
 #include "App/Platform/EventStore.h"
+#include "Tests/Support/VectorsCheck.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
-#include <algorithm>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-int fail(const QString& why)
-{
-    std::fprintf(stderr, "LinkVectors: %s\n", qPrintable(why));
-    return 1;
-}
 
 bool isVector(const QJsonValue& value)
 {
@@ -59,35 +50,11 @@ bool passes(const QJsonValue& vector, qsizetype number)
     return false;
 }
 
-int check(const QJsonArray& vectors)
-{
-    qsizetype passed = 0;
-    for (qsizetype i = 0; i < vectors.size(); ++i)
-        passed += passes(vectors[i], i + 1) ? 1 : 0;
-    const auto failed = vectors.size() - passed;
-    std::printf("%lld passed, %lld failed\n", static_cast<long long>(passed),
-        static_cast<long long>(failed));
-    return failed == 0 ? 0 : 1;
-}
-
 }
 
 int main(int argc, char** argv)
 {
-    if (argc != 2)
-        return fail(u"usage: LinkVectors FILE"_s);
-    QFile file(QString::fromLocal8Bit(argv[1]));
-    if (!file.open(QFile::ReadOnly))
-        return fail(file.fileName() + u": "_s + file.errorString());
-    QJsonParseError error;
-    const auto vectors = QJsonDocument::fromJson(file.readAll(), &error).array();
-    if (error.error != QJsonParseError::NoError)
-        return fail(file.fileName() + u": "_s + error.errorString());
-    if (vectors.isEmpty())
-        return fail(file.fileName() + u": not an array of texts with their links"_s);
-    const auto odd = std::ranges::find_if_not(vectors, isVector);
-    if (odd != vectors.end())
-        return fail(file.fileName()
-            + u": entry %1 is not texts with their link"_s.arg(odd - vectors.begin() + 1));
-    return check(vectors);
+    const VectorsCheck check { u"LinkVectors"_s, u"an array of texts with their links"_s,
+        u"texts with their link"_s, isVector, passes };
+    return check.run(argc, argv);
 }

@@ -3,8 +3,8 @@
 // The file is a JSON array of objects with "op", the name of the tool, "input", a string, and
 // "output": an array of strings for sentences and words, a string for the other tools.
 #include "App/QuickActions/TextTools.h"
+#include "Tests/Support/VectorsCheck.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -35,12 +35,6 @@ const std::array<Tool, 6> tools { {
     { u"fixSpacingAndCase"_s, &TextTools::fixSpacingAndCase },
     { u"count"_s, &TextTools::count },
 } };
-
-int fail(const QString& why)
-{
-    std::fprintf(stderr, "TextVectors: %s\n", qPrintable(why));
-    return 1;
-}
 
 const Tool* toolOf(const QJsonValue& vector)
 {
@@ -104,37 +98,11 @@ QByteArray withEscapedByteOrderMarks(QByteArray json)
     return json.replace(mark, "\\uFEFF");
 }
 
-int check(const QJsonArray& vectors)
-{
-    qsizetype passed = 0;
-    for (qsizetype i = 0; i < vectors.size(); ++i)
-        passed += passes(vectors[i], i + 1) ? 1 : 0;
-    const auto failed = vectors.size() - passed;
-    std::printf("%lld passed, %lld failed\n", static_cast<long long>(passed),
-        static_cast<long long>(failed));
-    return failed == 0 ? 0 : 1;
-}
-
 }
 
 int main(int argc, char** argv)
 {
-    if (argc != 2)
-        return fail(u"usage: TextVectors FILE"_s);
-    QFile file(QString::fromLocal8Bit(argv[1]));
-    if (!file.open(QFile::ReadOnly))
-        return fail(file.fileName() + u": "_s + file.errorString());
-    QJsonParseError error;
-    const auto json = withEscapedByteOrderMarks(file.readAll());
-    const auto vectors = QJsonDocument::fromJson(json, &error).array();
-    if (error.error != QJsonParseError::NoError)
-        return fail(file.fileName() + u": "_s + error.errorString());
-    if (vectors.isEmpty())
-        return fail(file.fileName() + u": not an array of texts with what is to come out"_s);
-    const auto odd = std::ranges::find_if_not(vectors, isVector);
-    if (odd != vectors.end())
-        return fail(file.fileName()
-            + u": entry %1 is not a tool, a text and what is to come out"_s.arg(
-                odd - vectors.begin() + 1));
-    return check(vectors);
+    const VectorsCheck check { u"TextVectors"_s, u"an array of texts with what is to come out"_s,
+        u"a tool, a text and what is to come out"_s, isVector, passes };
+    return check.run(argc, argv, withEscapedByteOrderMarks);
 }
