@@ -1,7 +1,7 @@
 // Has the helper list a day out of files, as Corvella does, and prints what that was: how many
 // events, the processor's milliseconds and the most megabytes. expand-day HELPER START END PATH...,
 // in seconds.
-#include "App/Platform/Linux/ExpanderPipe.h"
+#include "App/Platform/Linux/Calendar/ExpanderPipe.h"
 
 #include <QFile>
 #include <QStringList>

@@ -1,6 +1,6 @@
 // Prints what one whole sample of the machine's counters costs, beside the least that asking the
 // kernel for the same can cost: a line for each way with its least and its median in microseconds.
-#include "App/Platform/Linux/LinuxCounters.h"
+#include "App/Platform/Linux/Machine/LinuxCounters.h"
 
 #include <algorithm>
 #include <array>

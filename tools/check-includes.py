@@ -9,10 +9,10 @@ MAY = {
     "Core": [],
     "Platform": ["Core"],
     "Platform/Linux": ["Core", "Platform"],
-    "Platform/Linux/Calendar": ["Platform", "Platform/Linux"],
+    "Platform/Linux/Calendar/Text": ["Platform", "Platform/Linux"],
     "Ui": ["Core"],
     "QuickActions/Text": ["Core"],
-    "Helpers": ["Core", "Platform/Linux", "Platform/Linux/Calendar"],
+    "Helpers": ["Core", "Platform/Linux", "Platform/Linux/Calendar/Text"],
 }
 MAY |= {unit: ["Core", "Platform", "Ui"] for unit in UNITS}
 MAY["QuickActions"] += ["QuickActions/Text"]
@@ -21,8 +21,12 @@ MAY[""] = ["", "Core", "Platform", "Ui", *UNITS]  # the shell
 EVERYTHING = {"App/main.cpp", "App/Wiring.cpp"}  # the composition root
 
 
+# The deepest folder above path that has a rule of its own.
 def folder(path):
-    return "/".join(path.split("/")[1:-1])
+    own = "/".join(path.split("/")[1:-1])
+    while own not in MAY:
+        own = own.rpartition("/")[0]
+    return own
 
 
 def main():

@@ -1,7 +1,7 @@
 // Reads a request on its standard input and writes the events of a day on its standard output. A
 // program of its own, so that no calendar, whoever wrote it, can hold up or harm the resident one.
-#include "App/Platform/Linux/Calendar/CalendarExpander.h"
-#include "App/Platform/Linux/ExpanderPipe.h"
+#include "App/Platform/Linux/Calendar/ExpanderPipe.h"
+#include "App/Platform/Linux/Calendar/Text/CalendarExpander.h"
 
 #include <algorithm>
 #include <cerrno>

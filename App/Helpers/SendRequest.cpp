@@ -2,7 +2,7 @@
 // the reply on its standard output: send-request URL MILLISECONDS [CONTENT-TYPE]
 // A program of its own, so that no server can harm the resident one, and the libraries for HTTP
 // are only there while they are needed.
-#include "App/Platform/Linux/RequestExit.h"
+#include "App/Platform/Linux/Http/RequestExit.h"
 
 #include <arpa/inet.h>
 #include <curl/curl.h>

@@ -1,7 +1,7 @@
-#include "App/Platform/Linux/TrayStatusItem.h"
+#include "App/Platform/Linux/Tray/TrayStatusItem.h"
 
-#include "App/Platform/Linux/TrayHostMonitor.h"
-#include "App/Platform/Linux/X11Connection.h"
+#include "App/Platform/Linux/Screen/X11Connection.h"
+#include "App/Platform/Linux/Tray/TrayHostMonitor.h"
 #include "Tests/Support/Daemon.h"
 
 #include <QAbstractNativeEventFilter>

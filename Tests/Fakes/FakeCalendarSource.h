@@ -1,6 +1,6 @@
 #pragma once
 
-#include "App/Platform/Linux/CalendarSource.h"
+#include "App/Platform/Linux/Calendar/CalendarSource.h"
 
 #include <utility>
 

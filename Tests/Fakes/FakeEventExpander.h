@@ -1,6 +1,6 @@
 #pragma once
 
-#include "App/Platform/Linux/EventExpander.h"
+#include "App/Platform/Linux/Calendar/EventExpander.h"
 
 #include <QPointer>
 

@@ -1,7 +1,7 @@
 // Expands any text as a calendar, whole and in pieces: both must give the same events, each of
 // which overlaps the day that is asked for.
-#include "App/Platform/Linux/Calendar/CalendarExpander.h"
-#include "App/Platform/Linux/ExpanderPipe.h"
+#include "App/Platform/Linux/Calendar/ExpanderPipe.h"
+#include "App/Platform/Linux/Calendar/Text/CalendarExpander.h"
 
 #include <algorithm>
 #include <cstdint>

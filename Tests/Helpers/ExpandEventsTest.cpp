@@ -1,6 +1,6 @@
 // Runs the helper itself on calendars that are meant to do harm, and asks the kernel what that
 // took.
-#include "App/Platform/Linux/ExpanderPipe.h"
+#include "App/Platform/Linux/Calendar/ExpanderPipe.h"
 
 #include <QDir>
 #include <QFile>

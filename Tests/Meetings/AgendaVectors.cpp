@@ -2,7 +2,7 @@
 //     AgendaVectors FILE.ics EXPECTED.json ZONE YYYY-MM-DD
 // expands the file by the helper of the resident program, as that does. The expected events are
 // objects with uid, start and end (Unix seconds), allday and title, in any order.
-#include "App/Platform/Linux/HelperEventExpander.h"
+#include "App/Platform/Linux/Calendar/HelperEventExpander.h"
 
 #include <QCoreApplication>
 #include <QDate>

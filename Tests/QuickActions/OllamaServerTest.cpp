@@ -1,4 +1,4 @@
-#include "App/Platform/Linux/HelperHttpClient.h"
+#include "App/Platform/Linux/Http/HelperHttpClient.h"
 #include "App/QuickActions/Ollama.h"
 #include "Tests/Support/LoopWatch.h"
 #include "Tests/Support/ModelServer.h"
