@@ -59,7 +59,6 @@ void EventRow::adaptButton()
     if (m_line.link && !m_join) {
         m_join = new Button(Button::Kind::small, {}, this);
         connect(m_join, &Button::clicked, this, [this] { Q_EMIT joined(*m_line.link); });
-        m_join->installEventFilter(this);
         m_join->show();
     } else if (!m_line.link) {
         dropButton();
@@ -101,13 +100,6 @@ void EventRow::changeEvent(QEvent* event)
     if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
         arrange();
     QWidget::changeEvent(event);
-}
-
-bool EventRow::eventFilter(QObject*, QEvent* event)
-{
-    if (event->type() == QEvent::FocusIn)
-        Q_EMIT reached();
-    return false;
 }
 
 void EventRow::paintEvent(QPaintEvent*)

@@ -23,7 +23,6 @@ public:
 
 Q_SIGNALS:
     void joined(const QString& link);
-    void reached(); // By the keyboard.
 
 private:
     void adaptButton();
@@ -34,7 +33,6 @@ private:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
-    bool eventFilter(QObject* button, QEvent* event) override;
 
     int m_padding;
     MeetingLine m_line;

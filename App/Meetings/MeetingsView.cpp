@@ -17,7 +17,6 @@
 #include <QAccessibleWidget>
 #include <QApplication>
 #include <QKeyEvent>
-#include <QScrollBar>
 #include <QStyle>
 
 using namespace Qt::StringLiterals;
@@ -30,26 +29,6 @@ constexpr int noteGap = 8;
 constexpr int aboveNoEvents = 20;
 const auto settingsAddress
     = u"x-apple.systempreferences:com.apple.preference.security?Privacy_Calendars"_s;
-
-QAbstractSlider::SliderAction scrollAction(int key)
-{
-    switch (key) {
-    case Qt::Key_Up:
-        return QAbstractSlider::SliderSingleStepSub;
-    case Qt::Key_Down:
-        return QAbstractSlider::SliderSingleStepAdd;
-    case Qt::Key_PageUp:
-        return QAbstractSlider::SliderPageStepSub;
-    case Qt::Key_PageDown:
-        return QAbstractSlider::SliderPageStepAdd;
-    case Qt::Key_Home:
-        return QAbstractSlider::SliderToMinimum;
-    case Qt::Key_End:
-        return QAbstractSlider::SliderToMaximum;
-    default:
-        return QAbstractSlider::SliderNoAction;
-    }
-}
 
 }
 
@@ -121,10 +100,7 @@ void MeetingsView::connectControls()
     connect(m_list, &EventList::joined, this, open);
     connect(&m_notAsked->button(), &Button::clicked, &m_model, &CalendarModel::requestAccess);
     connect(&m_denied->button(), &Button::clicked, this, [=] { open(settingsAddress); });
-    connect(m_list, &EventList::reached, this, [this](const QRect& row) {
-        const auto center = row.center();
-        m_scroll->ensureVisible(0, center.y(), 0, row.height());
-    });
+    connect(m_list, &EventList::reached, m_scroll, &ScrollArea::bringIntoSight);
 }
 
 void MeetingsView::showEvent(QShowEvent*)
@@ -202,11 +178,8 @@ void MeetingsView::changeEvent(QEvent* event)
 // The keys that a button leaves alone turn the pages of the list.
 void MeetingsView::keyPressEvent(QKeyEvent* event)
 {
-    const auto action = scrollAction(event->key());
-    if (action == QAbstractSlider::SliderNoAction)
+    if (!m_scroll->scrollBy(event->key()))
         QWidget::keyPressEvent(event);
-    else
-        m_scroll->verticalScrollBar()->triggerAction(action);
 }
 
 void MeetingsView::arrangeMute()

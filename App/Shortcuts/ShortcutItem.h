@@ -38,3 +38,7 @@ struct ShortcutItem {
     // Absent unless all of it is such an array; keys beside those five are passed over.
     static std::optional<QList<ShortcutItem>> decoded(const QByteArray& json);
 };
+
+// In place of the one with its id, or last.
+QList<ShortcutItem> withItem(QList<ShortcutItem> items, const ShortcutItem& item);
+QList<ShortcutItem> withoutItem(QList<ShortcutItem> items, const QUuid& id);

@@ -13,6 +13,11 @@ public:
 
     ScrollBar& bar() const { return *m_bar; }
 
+    // As the arrows, the keys for pages, Home and End do; false for any other key.
+    bool scrollBy(int key);
+    // A part of the content, with some of what is beside it.
+    void bringIntoSight(const QRect& part);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;

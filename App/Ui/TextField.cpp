@@ -28,8 +28,7 @@ TextField::TextField(const QString& placeholder, QWidget* parent)
     , m_interaction(new Interaction(this, Interaction::Ring::always))
 {
     new CaretRest(this);
-    setPlaceholderText(placeholder);
-    setAccessibleName(placeholder);
+    setPlaceholder(placeholder);
     setFrame(false);
     setMaxLength(std::numeric_limits<int>::max()); // What is shown is never less than what is set.
     const int side = ControlBox::margin + padding - ownPadding;
@@ -51,6 +50,12 @@ QRect TextField::box() const
 QSize TextField::sizeHint() const
 {
     return ControlBox::outer({ usualWidth, boxHeight });
+}
+
+void TextField::setPlaceholder(const QString& placeholder)
+{
+    setPlaceholderText(placeholder);
+    setAccessibleName(placeholder);
 }
 
 void TextField::placeBox(const QRect& box)

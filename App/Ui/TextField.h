@@ -16,6 +16,8 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
+    void setPlaceholder(const QString& placeholder);
+
     void placeBox(const QRect& box); // In the parent's coordinates.
 
 protected:

@@ -82,12 +82,13 @@ struct Setup : TodaySetup {
     Button& cardJoin() const { return find<Button>(u"join"_s); }
     ScrollArea& scroll() const { return find<ScrollArea>(u"scroll"_s); }
     EventList& list() const { return *view->findChild<EventList*>(); }
-    EventRow& row(qsizetype index) const { return list().row(index); }
+    EventRow& row(qsizetype index) const { return static_cast<EventRow&>(list().cell(index)); }
 
     QStringList shownRows() const
     {
         QStringList shown;
-        for (auto* const row : list().rows()) {
+        for (const auto* const cell : list().cells()) {
+            const auto* const row = static_cast<const EventRow*>(cell);
             if (row && row->isVisible())
                 shown << row->line().title + u'|' + row->line().time;
         }
@@ -544,9 +545,9 @@ private Q_SLOTS:
             s.add(u"Same"_s, s.at(hour, 0), s.at(hour, 30));
         s.grant();
         s.show();
-        const auto rows = s.list().rows();
+        const auto rows = s.list().cells();
         s.minuteAt(10, 1);
-        QCOMPARE(s.list().rows(), rows);
+        QCOMPARE(s.list().cells(), rows);
         QCOMPARE(
             s.shownRows(), (QStringList { u"Same|11:00"_s, u"Same|12:00"_s, u"Same|13:00"_s }));
     }

@@ -1,0 +1,53 @@
+// Edits a copy of one of the launcher's buttons, which becomes the button when it is saved.
+#pragma once
+
+#include "App/Shortcuts/ShortcutItem.h"
+
+#include <QWidget>
+
+#include <array>
+
+class Button;
+class Label;
+class SegmentedPicker;
+class TextField;
+
+class ShortcutEditor final : public QWidget {
+    Q_OBJECT
+
+public:
+    // A new item is not in the store yet, and so cannot be deleted.
+    ShortcutEditor(const ShortcutItem& draft, bool isNew, QWidget* parent);
+
+    const ShortcutItem& draft() const { return m_draft; }
+    int heightForWidth(int width) const override;
+
+Q_SIGNALS:
+    void saved(const ShortcutItem& item);
+    void cancelled();
+    void deleted();
+
+private:
+    void build(bool isNew);
+    void nameParts();
+    void connectControls();
+    void refresh();
+    void save();
+    void arrange();
+    void arrangeButtons(const QRect& row);
+    QRect mirrored(const QRect& row, const QRect& part) const;
+    void focusInEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+    ShortcutItem m_draft;
+    Label* m_title;
+    TextField* m_name;
+    Label* m_opens;
+    SegmentedPicker* m_kind;
+    TextField* m_target;
+    TextField* m_symbol;
+    Button* m_delete = nullptr; // Only of an item that is in the store.
+    Button* m_cancel;
+    Button* m_save;
+};

@@ -1,0 +1,107 @@
+#include "App/Shortcuts/ShortcutTile.h"
+
+#include "App/Ui/Accessibility.h"
+#include "App/Ui/ControlBox.h"
+#include "App/Ui/Interaction.h"
+#include "App/Ui/Surface.h"
+#include "App/Ui/SymbolImage.h"
+#include "App/Ui/Symbols.h"
+#include "App/Ui/TextLine.h"
+#include "App/Ui/Theme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr qreal radius = 10;
+constexpr int symbolTop = 8;
+constexpr int symbolSide = 30;
+constexpr int nameTop = 41;
+constexpr int namePadding = 6;
+constexpr qreal dash = 4;
+constexpr qreal dashOpacity = 0.6;
+
+}
+
+ShortcutTile::ShortcutTile(QWidget* parent)
+    : QAbstractButton(parent)
+    , m_interaction(new Interaction(this))
+{
+    Accessibility::install();
+    setFocusPolicy(Qt::TabFocus);
+}
+
+QRect ShortcutTile::box() const
+{
+    return ControlBox::of(*this);
+}
+
+void ShortcutTile::setSymbol(const QString& name)
+{
+    if (m_symbol == name)
+        return;
+    m_symbol = name;
+    update();
+}
+
+void ShortcutTile::setEdited(bool edited)
+{
+    if (m_edited == edited)
+        return;
+    m_edited = edited;
+    update();
+}
+
+QColor ShortcutTile::fillColor() const
+{
+    const auto& colors = Theme::current().colors;
+    if (isDown())
+        return colors.tilePressed;
+    if (m_edited)
+        return colors.tileEdit;
+    return m_interaction->isHovered() ? colors.tileHover : colors.tile;
+}
+
+void ShortcutTile::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const auto& theme = Theme::current();
+    Surface::fill(painter, box(), radius, fillColor());
+    if (m_edited) {
+        QColor color = theme.colors.mark;
+        color.setAlphaF(float(color.alphaF() * dashOpacity));
+        QPen pen(color, 1, Qt::CustomDashLine, Qt::FlatCap);
+        pen.setDashPattern({ dash, dash });
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(pen);
+        painter.drawRoundedRect(
+            QRectF(box()).adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    }
+    const QRect symbolSlot(box().left(), box().top() + symbolTop, box().width(), symbolSide);
+    SymbolImage::paint(
+        painter, m_symbol, Symbols::centered(symbolSide, symbolSlot), theme.colors.text);
+    const QRect line(box().left() + namePadding, box().top() + nameTop,
+        box().width() - 2 * namePadding, Theme::lineHeight(TextRole::caption));
+    TextLine::paint(
+        painter, line, Qt::AlignHCenter, text(), theme.font(TextRole::caption), theme.colors.text);
+    if (m_interaction->showsFocus())
+        Surface::focusRing(painter, box(), radius);
+}
+
+bool ShortcutTile::hitButton(const QPoint& position) const
+{
+    return box().contains(position);
+}
+
+void ShortcutTile::keyPressEvent(QKeyEvent* event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn)
+        event->ignore();
+    else if (!event->isAutoRepeat())
+        click();
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Select)
+        QAbstractButton::keyPressEvent(event);
+}

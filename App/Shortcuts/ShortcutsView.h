@@ -1,0 +1,51 @@
+// The Shortcuts tab: the launcher's buttons, and in their place the editor of one.
+#pragma once
+
+#include "App/Shortcuts/ShortcutItem.h"
+
+#include <QWidget>
+
+class Button;
+class Label;
+class ScrollArea;
+class ShortcutEditor;
+class ShortcutGrid;
+class ShortcutStore;
+
+class ShortcutsView final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ShortcutsView(ShortcutStore& store);
+
+private:
+    void build();
+    void nameParts();
+    void connectControls();
+    void refresh();
+    void toggleEditing();
+    void tap(const ShortcutItem& item);
+    void edit(const ShortcutItem& draft, bool isNew);
+    void save(const ShortcutItem& item);
+    void remove();
+    void closeEditor();
+    void focusAfterEdit(QWidget* otherwise, qsizetype index);
+    void arrange();
+    void arrangeHeader(const QRect& row);
+    int arrangeError(const QRect& room);
+    void focusInEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+    ShortcutStore& m_store;
+    bool m_editing = false;
+    bool m_openedByKeyboard = false;
+    Label* m_heading;
+    Button* m_add;
+    Button* m_edit;
+    ShortcutGrid* m_grid;
+    ScrollArea* m_scroll;
+    ShortcutEditor* m_editor = nullptr; // While there is a draft.
+    Label* m_error;
+};
