@@ -98,7 +98,7 @@ void ShortcutsView::edit(const ShortcutItem& draft, bool isNew)
     connect(m_editor, &ShortcutEditor::cancelled, this, [this] {
         const auto index = m_grid->indexOf(m_editor->draft().id);
         closeEditor();
-        focusAfterEdit(m_add, index);
+        focusAfterEdit(index);
     });
     m_editor->show();
     m_editor->setFocus();
@@ -110,7 +110,7 @@ void ShortcutsView::save(const ShortcutItem& item)
 {
     m_store.setItems(withItem(m_store.items(), item));
     closeEditor();
-    focusAfterEdit(m_add, m_grid->indexOf(item.id));
+    focusAfterEdit(m_grid->indexOf(item.id));
 }
 
 void ShortcutsView::remove()
@@ -119,27 +119,28 @@ void ShortcutsView::remove()
     const auto index = m_grid->indexOf(id);
     m_store.setItems(withoutItem(m_store.items(), id));
     closeEditor();
-    focusAfterEdit(m_add, qMin(index, m_grid->count() - 1));
+    focusAfterEdit(qMin(index, m_grid->count() - 1));
 }
 
 void ShortcutsView::closeEditor()
 {
     if (!m_editor)
         return;
+    auto* const editor = std::exchange(m_editor, nullptr);
     setFocus();
-    m_editor->hide();
-    std::exchange(m_editor, nullptr)->deleteLater(); // It is what told us.
+    editor->hide();
+    editor->deleteLater(); // It is what told us.
     refresh();
 }
 
 // The keyboard goes back to where it came from.
-void ShortcutsView::focusAfterEdit(QWidget* otherwise, qsizetype index)
+void ShortcutsView::focusAfterEdit(qsizetype index)
 {
     const auto reason = m_openedByKeyboard ? Qt::TabFocusReason : Qt::OtherFocusReason;
     if (index >= 0)
         m_grid->focusCell(index, reason);
-    else if (otherwise->isVisible())
-        otherwise->setFocus(reason);
+    else
+        (m_editing ? m_add : m_edit)->setFocus(reason);
 }
 
 void ShortcutsView::refresh()

@@ -29,7 +29,7 @@ private:
     void save(const ShortcutItem& item);
     void remove();
     void closeEditor();
-    void focusAfterEdit(QWidget* otherwise, qsizetype index);
+    void focusAfterEdit(qsizetype index);
     void arrange();
     void arrangeHeader(const QRect& row);
     int arrangeError(const QRect& room);

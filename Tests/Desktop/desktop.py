@@ -1,5 +1,6 @@
 """Corvella as a person meets it: through the panel, the keyboard, the pointer and a screen reader."""
 
+import base64
 import json
 import os
 import re
@@ -84,6 +85,16 @@ def store(**values):
 def stored():
     with open(settings_file(), encoding="utf-8") as file:
         return json.load(file)
+
+
+def data(text):
+    """Bytes as a user default, of a text."""
+    return {"data": base64.b64encode(text.encode()).decode()}
+
+
+def data_in(value):
+    """The text in a user default of bytes."""
+    return base64.b64decode(value["data"]).decode()
 
 
 class Corvella:

@@ -177,6 +177,7 @@ private Q_SLOTS:
         QTest::newRow("a port of letters") << u"https://example.com:port/"_s;
         QTest::newRow("no scheme") << u"://example.com"_s;
         QTest::newRow("a space in the scheme") << u"ht tp://example.com"_s;
+        QTest::newRow("a line feed behind the host") << u"example.com\n"_s;
         QTest::newRow("a scheme in the query only") << u"example.com/?u=http://a"_s;
         QTest::newRow("no host") << u"https:///path"_s;
     }
@@ -203,6 +204,8 @@ private Q_SLOTS:
     void anApplicationIsOpenedByItsName()
     {
         Setup s;
+        s.store.run(Setup::app(u"Input/Output"_s));
+        QCOMPARE(s.runner.commands.takeFirst().arguments.last(), u"Input/Output"_s);
         s.store.run(Setup::app(u"Text Editor"_s));
         QCOMPARE(s.runner.commands.size(), 1);
         QCOMPARE(s.runner.commands.first().path, u"/tools/open"_s);

@@ -352,6 +352,7 @@ private Q_SLOTS:
         QVERIFY(s.button(u"edit"_s).isVisible());
         s.click(u"edit"_s);
         QVERIFY(s.button(u"add"_s).isVisible());
+        s.view.setFocus();
         s.press(Qt::Key_Down);
         QCOMPARE(s.grid().current(), -1);
     }
@@ -491,8 +492,27 @@ private Q_SLOTS:
         s.press(Qt::Key_Home);
         QCOMPARE(s.grid().current(), 0);
         QCOMPARE(s.scroll().verticalScrollBar()->value(), 0);
+        s.view.setFocus();
         s.press(Qt::Key_PageDown);
         QVERIFY(s.scroll().verticalScrollBar()->value() > 0);
+    }
+
+    void theTileWithTheKeyboardKeepsItOutOfSight()
+    {
+        Setup s(many(100));
+        s.tile(50).setFocus();
+        s.scroll().verticalScrollBar()->setValue(0);
+        Setup::settle();
+        QCOMPARE(s.grid().current(), 50);
+    }
+
+    void tilesThatComeIntoSightAreInEditModeToo()
+    {
+        Setup s(many(100));
+        s.click(u"edit"_s);
+        s.scroll().verticalScrollBar()->setValue(s.scroll().verticalScrollBar()->maximum() / 2);
+        Setup::settle();
+        QVERIFY(s.tile(50).isEdited());
     }
 
     void assistiveTechnologyFindsEveryTile()
