@@ -1,163 +1,116 @@
-// Opens an address with the program that the user has chosen for it: a program of its own, so that
-// GIO stays out of the resident one, and what holds it up can hold up nothing but this.
+// Opens an address, or starts an application by its name, with what the user has installed: a
+// program of its own, so that GIO stays out of the resident one, and what holds it up can hold up
+// nothing but this.
+#include "App/Helpers/Launch/ApplicationNames.h"
+#include "App/Helpers/Launch/FindApplication.h"
+#include "App/Helpers/Launch/InstalledApplications.h"
+#include "App/Helpers/Launch/OpenUrl.h"
+#include "App/Helpers/Launch/StartApplication.h"
+#include "App/Helpers/Launch/UserChoices.h"
+#include "App/Helpers/Launch/Wording.h"
 #include "App/Helpers/SettingsPrograms.h"
 
-#include <gio/gdesktopappinfo.h>
-#include <gio/gio.h>
-
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <unistd.h>
 
 namespace {
 
-struct Freed {
-    void operator()(GAppInfo* app) const { g_object_unref(app); }
-    void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
-    void operator()(GError* error) const { g_error_free(error); }
-};
-using App = std::unique_ptr<GAppInfo, Freed>;
-using Loop = std::unique_ptr<GMainLoop, Freed>;
-using Error = std::unique_ptr<GError, Freed>;
-
 // A service that has not answered by then is not going to.
 constexpr unsigned longestRun = 30;
-constexpr std::string_view settingsScheme = "x-apple.systempreferences:";
+constexpr std::string_view settingsScheme = "x-apple.systempreferences";
 
-// What is started inherits the mask.
+void giveUp(int)
+{
+    static constexpr std::string_view text = "Nothing answered in time.\n";
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
+    ::_exit(1);
+}
+
+// A mask that we came with would keep the alarm from us.
 void takeSignals()
 {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    signal(SIGALRM, SIG_DFL);
+    signal(SIGALRM, giveUp);
     alarm(longestRun);
 }
 
-// A program may be started by a message, which is lost unless we wait for the answer.
-class Launch final {
-public:
-    Error ofDefault(const char* address)
-    {
-        g_app_info_launch_default_for_uri_async(
-            address, nullptr, nullptr,
-            [](GObject*, GAsyncResult* result, gpointer self) {
-                GError* error = nullptr;
-                g_app_info_launch_default_for_uri_finish(result, &error);
-                static_cast<Launch*>(self)->end(error);
-            },
-            this);
-        return run();
-    }
-
-    Error of(GAppInfo& app)
-    {
-        g_app_info_launch_uris_async(
-            &app, nullptr, nullptr, nullptr,
-            [](GObject* source, GAsyncResult* result, gpointer self) {
-                GError* error = nullptr;
-                g_app_info_launch_uris_finish(G_APP_INFO(source), result, &error);
-                static_cast<Launch*>(self)->end(error);
-            },
-            this);
-        return run();
-    }
-
-private:
-    Error run()
-    {
-        g_main_loop_run(m_loop.get());
-        return std::move(m_error);
-    }
-
-    void end(GError* error)
-    {
-        m_error.reset(error);
-        g_main_loop_quit(m_loop.get());
-    }
-
-    Loop m_loop { g_main_loop_new(nullptr, FALSE) };
-    Error m_error;
-};
-
-bool hasCategory(GAppInfo* app, std::string_view category)
+std::optional<Application> settings(const Surroundings& around)
 {
-    const auto* const text = g_desktop_app_info_get_categories(G_DESKTOP_APP_INFO(app));
-    return text && (';' + std::string(text) + ';').find(category) != std::string::npos;
+    const auto applications = InstalledApplications::all();
+    for (const auto& entry : SettingsPrograms::candidates(around.desktops)) {
+        const auto found = std::ranges::find(applications, entry, &Application::id);
+        if (found != applications.end() && found->isShown)
+            return *found;
+    }
+    const auto any = std::ranges::find_if(applications, [](const Application& each) {
+        const auto& categories = each.categories;
+        return each.isShown && std::ranges::find(categories, "Settings") != categories.end();
+    });
+    return any != applications.end() ? std::optional(*any) : std::nullopt;
 }
 
-bool isBefore(GAppInfo* one, GAppInfo* other)
+Refusal openLimited(const std::string& address)
 {
-    return std::string_view(g_app_info_get_id(one)) < g_app_info_get_id(other);
+    const auto around = UserChoices::surroundings();
+    const auto scheme = OpenUrl::scheme(address);
+    // Files and programs are nothing that a calendar may open.
+    if (scheme != "http" && scheme != "https" && scheme != settingsScheme)
+        return "neither a web address nor that of the settings";
+    auto refusal = OpenUrl::byScheme(address, around);
+    if (!refusal || scheme != settingsScheme)
+        return refusal;
+    const auto program = settings(around);
+    return program ? startApplication(*program, {}, around) : refusal;
 }
 
-// The first by name: GIO's order differs from one time to the next.
-App anySettings()
+// What to say when it was not opened; empty when it was.
+std::string openAddress(const std::string& address)
 {
-    App found;
-    auto* const all = g_app_info_get_all();
-    for (auto* each = all; each; each = each->next) {
-        auto* const app = G_APP_INFO(each->data);
-        const bool fits = g_app_info_should_show(app) && hasCategory(app, ";Settings;");
-        if (fits && (!found || isBefore(app, found.get())))
-            found.reset(G_APP_INFO(g_object_ref(app)));
-    }
-    g_list_free_full(all, g_object_unref);
-    return found;
+    const auto refusal = openLimited(address);
+    return refusal ? Wording::notOpened(address, *refusal) : std::string();
 }
 
-App settings()
+std::string openUrl(const std::string& url)
 {
-    const auto* const desktops = g_getenv("XDG_CURRENT_DESKTOP");
-    for (const auto& entry : SettingsPrograms::candidates(desktops ? desktops : "")) {
-        // Null where it is not installed. Some refuse to run on another desktop than theirs.
-        auto* const app = g_desktop_app_info_new(entry.c_str());
-        App found(app ? G_APP_INFO(app) : nullptr);
-        if (found && g_desktop_app_info_get_show_in(app, nullptr))
-            return found;
-    }
-    return anySettings();
+    const auto refusal = OpenUrl::open(url, UserChoices::surroundings());
+    return refusal ? Wording::notOpened(url, *refusal) : std::string();
 }
 
-// Files and programs are nothing that a calendar may open.
-bool isAllowed(const char* address)
+std::string openApplication(const std::string& name)
 {
-    for (const std::string_view scheme :
-        { std::string_view("http:"), std::string_view("https:") }) {
-        if (g_ascii_strncasecmp(address, scheme.data(), scheme.size()) == 0)
-            return true;
-    }
-    return std::string_view(address).starts_with(settingsScheme);
+    const auto around = UserChoices::surroundings();
+    const auto applications = InstalledApplications::all();
+    const auto found = findApplication(name, applications, around);
+    if (!found)
+        return Wording::notFound(name, ApplicationNames::similar(applications, name));
+    const auto refusal = startApplication(*found, {}, around);
+    return refusal ? Wording::notStarted(found->name, *refusal) : std::string();
 }
 
-Error open(const char* address)
+int said(const std::string& text)
 {
-    Launch launch;
-    auto error = launch.ofDefault(address);
-    if (!error || !std::string_view(address).starts_with(settingsScheme))
-        return error;
-    const auto app = settings();
-    return app ? launch.of(*app) : std::move(error);
+    if (!text.empty())
+        std::fprintf(stderr, "%s\n", text.c_str());
+    return text.empty() ? 0 : 1;
 }
 
 }
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::fputs("Usage: open ADDRESS\n", stderr);
-        return 1;
-    }
-    if (!isAllowed(argv[1])) {
-        std::fprintf(stderr, "%s: neither a web address nor that of the settings\n", argv[1]);
-        return 1;
-    }
     takeSignals();
-    const auto error = open(argv[1]);
-    if (error)
-        std::fprintf(stderr, "%s: %s\n", argv[1], error->message);
-    return error ? 1 : 0;
+    if (argc == 2)
+        return said(openAddress(argv[1]));
+    const std::string_view form(argc == 3 ? argv[1] : "");
+    if (form == "-a")
+        return said(openApplication(argv[2]));
+    if (form == "-u")
+        return said(openUrl(argv[2]));
+    return said("Usage: open ADDRESS\n       open -a NAME\n       open -u URL");
 }
