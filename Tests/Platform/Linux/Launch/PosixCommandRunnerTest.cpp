@@ -68,19 +68,21 @@ public:
             qFatal("No FIFO to be had");
     }
 
-    // False while nobody waits.
-    bool open() const
+    // False while nobody waits; once it was true it stays so.
+    bool open()
     {
-        const int gate = ::open(m_path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-        if (gate < 0)
-            return false;
-        const bool opened = ::write(gate, "\n", 1) == 1;
-        ::close(gate);
-        return opened;
+        const int gate
+            = m_isOpen ? -1 : ::open(m_path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+        if (gate >= 0) {
+            m_isOpen = ::write(gate, "\n", 1) == 1;
+            ::close(gate);
+        }
+        return m_isOpen;
     }
 
 private:
     QByteArray m_path;
+    bool m_isOpen = false;
 };
 
 // Not to be taken back: only for a process of its own.
@@ -375,7 +377,7 @@ void PosixCommandRunnerTest::whereThereAreNoHandlesOfProcessesTheEndIsToldAllThe
 
 void PosixCommandRunnerTest::whatIsLeftRunningIsNotWaitedFor()
 {
-    const Gate gate(path(u"gate"_s));
+    Gate gate(path(u"gate"_s));
     const Shell shell(u"read line <gate & echo oops >&2; exit 1"_s);
     QTRY_VERIFY(shell.hasEnded());
     QCOMPARE(shell.end.errors, "oops\n");
@@ -384,7 +386,7 @@ void PosixCommandRunnerTest::whatIsLeftRunningIsNotWaitedFor()
 
 void PosixCommandRunnerTest::whatIsLeftRunningMayGoOnWriting()
 {
-    const Gate gate(path(u"gate"_s));
+    Gate gate(path(u"gate"_s));
     const Shell shell(
         u"{ read line <gate; head -c 1048576 /dev/zero >&2; echo $? >status; } & exit 0"_s);
     QTRY_VERIFY(shell.hasEnded());
@@ -395,7 +397,7 @@ void PosixCommandRunnerTest::whatIsLeftRunningMayGoOnWriting()
 
 void PosixCommandRunnerTest::withoutItsWaiterItRunsOn()
 {
-    const Gate gate(path(u"gate"_s));
+    Gate gate(path(u"gate"_s));
     PosixCommandRunner runner;
     auto waiter = std::make_unique<QObject>();
     bool isTold = false;
@@ -412,7 +414,7 @@ void PosixCommandRunnerTest::withoutItsWaiterItRunsOn()
 
 void PosixCommandRunnerTest::afterTheQuitItRunsOn()
 {
-    const Gate gate(path(u"gate"_s));
+    Gate gate(path(u"gate"_s));
     played(u"nothing"_s, u"read line <gate; head -c 1048576 /dev/zero >&2; echo $? >status"_s);
     QTRY_VERIFY(gate.open());
     QTRY_COMPARE(read(u"status"_s), "0\n");
