@@ -11,6 +11,8 @@
 #include "App/Platform/ProcessInfo.h"
 #include "App/Platform/UserDefaults.h"
 #include "App/QuickActions/QuickActionsView.h"
+#include "App/Shortcuts/ShortcutStore.h"
+#include "App/Shortcuts/ShortcutsView.h"
 #include "App/System/SystemMonitor.h"
 #include "App/System/SystemView.h"
 
@@ -26,5 +28,7 @@ std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
     }
     if (tab == Tab::system)
         return std::make_unique<SystemView>(SystemMonitor::shared(), ProcessInfo::shared());
+    if (tab == Tab::shortcuts)
+        return std::make_unique<ShortcutsView>(ShortcutStore::shared());
     return std::make_unique<QWidget>();
 }

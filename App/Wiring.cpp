@@ -17,6 +17,8 @@
 #include "App/Platform/Linux/Defaults/JsonUserDefaults.h"
 #include "App/Platform/Linux/Http/HelperHttpClient.h"
 #include "App/Platform/Linux/Launch/HelperAddressOpener.h"
+#include "App/Platform/Linux/Launch/HelperWorkspace.h"
+#include "App/Platform/Linux/Launch/PosixCommandRunner.h"
 #include "App/Platform/Linux/Machine/LinuxCounters.h"
 #include "App/Platform/Linux/Machine/LinuxProcessInfo.h"
 #include "App/Platform/Linux/Machine/SysfsPowerSources.h"
@@ -34,6 +36,7 @@
 #include "App/Platform/Linux/Tray/TrayStatusItem.h"
 #include "App/Popover.h"
 #include "App/RootView.h"
+#include "App/Shortcuts/ShortcutStore.h"
 #include "App/StatusIcon.h"
 #include "App/System/SystemMonitor.h"
 #include "App/TabContent.h"
@@ -134,6 +137,12 @@ Clipboard& Clipboard::shared()
     return clipboard;
 }
 
+CommandRunner& CommandRunner::shared()
+{
+    static auto& runner = *new PosixCommandRunner;
+    return runner;
+}
+
 HttpClient& HttpClient::shared()
 {
     static auto& client = *new HelperHttpClient(helper(u"send-request"_s));
@@ -157,6 +166,13 @@ ProcessInfo& ProcessInfo::shared()
     return info;
 }
 
+ShortcutStore& ShortcutStore::shared()
+{
+    static auto& store = *new ShortcutStore(UserDefaults::shared(), Workspace::shared(),
+        CommandRunner::shared(), { helper(u"open"_s), helper(u"shortcuts"_s) });
+    return store;
+}
+
 SystemMonitor& SystemMonitor::shared()
 {
     static auto& counters = *new LinuxCounters;
@@ -166,6 +182,12 @@ SystemMonitor& SystemMonitor::shared()
     static auto& ticker = *new QtTicker;
     static auto& model = *new SystemMonitor(counters, powerSources, clock, ticker);
     return model;
+}
+
+Workspace& Workspace::shared()
+{
+    static auto& workspace = *new HelperWorkspace(helper(u"open"_s));
+    return workspace;
 }
 
 bool Wiring::isFirstInstance()
