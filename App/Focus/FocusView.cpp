@@ -113,18 +113,11 @@ void FocusView::refresh()
     m_longLength->setMinutes(m_model.longMinutes());
 }
 
-void FocusView::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
 void FocusView::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::PaletteChange)
         refresh();
-    if (event->type() == QEvent::ApplicationFontChange)
-        arrange();
-    QWidget::changeEvent(event);
+    ArrangedWidget::changeEvent(event);
 }
 
 // One column in the middle of the view.

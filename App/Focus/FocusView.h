@@ -1,7 +1,7 @@
 // The Focus tab: the timer as a ring, the task, the controls and the three lengths.
 #pragma once
 
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 class Button;
 class Divider;
@@ -12,7 +12,7 @@ class ProgressRing;
 class SessionCount;
 class TextField;
 
-class FocusView final : public QWidget {
+class FocusView final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -23,9 +23,8 @@ private:
     void connectControls();
     void refresh();
     void toggle();
-    void arrange();
+    void arrange() override;
     void arrangeControls(const QRect& row);
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
     PomodoroModel& m_model;

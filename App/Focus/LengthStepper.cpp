@@ -6,7 +6,6 @@
 #include "App/Ui/Stepper.h"
 #include "App/Ui/Theme.h"
 
-#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -31,7 +30,7 @@ int stepperValue(qint64 minutes)
 }
 
 LengthStepper::LengthStepper(const QString& title, int most, QWidget* parent)
-    : QWidget(parent)
+    : ArrangedWidget(parent)
     , m_title(new Label(TextRole::caption, &Colors::secondary, this))
     , m_stepper(new Stepper(title, this))
 {
@@ -59,18 +58,6 @@ void LengthStepper::setMinutes(qint64 minutes)
 QString LengthStepper::words() const
 {
     return QString::asprintf("%lld min", m_minutes);
-}
-
-void LengthStepper::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void LengthStepper::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        arrange();
-    QWidget::changeEvent(event);
 }
 
 void LengthStepper::arrange()

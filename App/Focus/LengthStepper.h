@@ -1,12 +1,12 @@
 // One phase length: its title over the minutes and the stepper that changes them.
 #pragma once
 
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 class Label;
 class Stepper;
 
-class LengthStepper final : public QWidget {
+class LengthStepper final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -23,10 +23,8 @@ Q_SIGNALS:
 
 private:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
     QString words() const;
-    void arrange();
+    void arrange() override;
 
     Label* m_title;
     Stepper* m_stepper;

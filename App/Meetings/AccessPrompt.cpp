@@ -4,8 +4,6 @@
 #include "App/Ui/Label.h"
 #include "App/Ui/TextLine.h"
 
-#include <QEvent>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -17,7 +15,7 @@ constexpr int widestLine = 296;
 }
 
 AccessPrompt::AccessPrompt(const QString& text, const QString& title, QWidget* parent)
-    : QWidget(parent)
+    : ArrangedWidget(parent)
     , m_text(new Label(TextRole::callout, &Colors::secondary, this))
     , m_button(new Button(Button::Kind::normal, title, this))
 {
@@ -25,18 +23,6 @@ AccessPrompt::AccessPrompt(const QString& text, const QString& title, QWidget* p
     m_text->setText(text);
     m_text->setWordWrap(true);
     m_text->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-}
-
-void AccessPrompt::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void AccessPrompt::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        arrange();
-    QWidget::changeEvent(event);
 }
 
 void AccessPrompt::arrange()

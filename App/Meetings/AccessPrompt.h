@@ -1,12 +1,12 @@
 // Says what is needed to see the calendar, above the button that brings it.
 #pragma once
 
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 class Button;
 class Label;
 
-class AccessPrompt final : public QWidget {
+class AccessPrompt final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -16,9 +16,7 @@ public:
     Button& button() const { return *m_button; }
 
 private:
-    void arrange();
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    void arrange() override;
 
     Label* m_text;
     Button* m_button;

@@ -7,7 +7,6 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessibleWidget>
-#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -23,7 +22,7 @@ constexpr qreal overStrength = 0.45;
 }
 
 EventRow::EventRow(int padding, QWidget* parent)
-    : QWidget(parent)
+    : ArrangedWidget(parent)
     , m_padding(padding)
 {
     Accessibility::describe(staticMetaObject,
@@ -88,18 +87,6 @@ void EventRow::arrange()
     const QRect box(
         QPoint(width() - m_padding - size.width(), (contentHeight - size.height()) / 2), size);
     m_join->placeBox(QStyle::visualRect(layoutDirection(), rect(), box));
-}
-
-void EventRow::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void EventRow::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        arrange();
-    QWidget::changeEvent(event);
 }
 
 void EventRow::paintEvent(QPaintEvent*)

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "App/Meetings/MeetingsContent.h"
-
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 class Button;
 
-class EventRow final : public QWidget {
+class EventRow final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -27,12 +26,10 @@ Q_SIGNALS:
 private:
     void adaptButton();
     void dropButton();
-    void arrange();
+    void arrange() override;
     qreal strength() const;
     QString said() const;
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
     int m_padding;
     MeetingLine m_line;

@@ -162,19 +162,6 @@ void MeetingsView::setShown(QWidget* part, bool shown)
     part->setVisible(shown);
 }
 
-void MeetingsView::resizeEvent(QResizeEvent*)
-{
-    arrangeMute();
-    arrange();
-}
-
-void MeetingsView::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        arrangeMute();
-    QWidget::changeEvent(event);
-}
-
 // The keys that a button leaves alone turn the pages of the list.
 void MeetingsView::keyPressEvent(QKeyEvent* event)
 {
@@ -195,6 +182,7 @@ void MeetingsView::arrangeMute()
 
 void MeetingsView::arrange()
 {
+    arrangeMute();
     const int x = padding;
     const int columnWidth = width() - 2 * padding;
     int y = padding + m_mute->boxSize().height() + spacing;

@@ -1,8 +1,9 @@
 // The Meetings tab: the microphone, the next meeting and today's events with their links.
 #pragma once
 
+#include "App/Ui/ArrangedWidget.h"
+
 #include <QTimer>
-#include <QWidget>
 
 #include <optional>
 
@@ -17,7 +18,7 @@ class NextMeetingCard;
 class ScrollArea;
 class UserDefaults;
 
-class MeetingsView final : public QWidget {
+class MeetingsView final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -33,11 +34,9 @@ private:
     void refreshMute();
     void readMute();
     void toggleMute();
-    void arrange();
+    void arrange() override;
     void arrangeMute();
     void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
     CalendarModel& m_model;

@@ -8,7 +8,6 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessibleWidget>
-#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -24,7 +23,7 @@ constexpr int radius = 8;
 }
 
 NextMeetingCard::NextMeetingCard(QWidget* parent)
-    : QWidget(parent)
+    : ArrangedWidget(parent)
     , m_title(new Label(TextRole::headline, &Colors::text, this))
     , m_time(new Label(TextRole::caption, &Colors::secondary, this))
     , m_join(new Button(Button::Kind::prominent, {}, this))
@@ -78,18 +77,6 @@ void NextMeetingCard::arrange()
     words.moveTop(words.bottom() + 1 + lineGap);
     words.setHeight(Theme::lineHeight(TextRole::caption));
     m_time->setGeometry(mirrored(words));
-}
-
-void NextMeetingCard::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void NextMeetingCard::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        arrange();
-    QWidget::changeEvent(event);
 }
 
 void NextMeetingCard::paintEvent(QPaintEvent*)

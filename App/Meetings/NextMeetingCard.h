@@ -2,13 +2,12 @@
 #pragma once
 
 #include "App/Meetings/MeetingsContent.h"
-
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 class Button;
 class Label;
 
-class NextMeetingCard final : public QWidget {
+class NextMeetingCard final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -22,10 +21,8 @@ Q_SIGNALS:
     void joined(const QString& link);
 
 private:
-    void arrange();
+    void arrange() override;
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
     MeetingCard m_card;
     Label* m_title;

@@ -12,7 +12,6 @@
 #include "App/Ui/Warning.h"
 
 #include <QAccessibleWidget>
-#include <QEvent>
 #include <QStyle>
 
 using namespace Qt::StringLiterals;
@@ -165,18 +164,6 @@ void QuickActionsView::showStatus()
     m_status->setWordWrap(!isTooLong);
     m_status->setText(status);
     m_status->setVisible(!status.isEmpty());
-}
-
-void QuickActionsView::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void QuickActionsView::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange)
-        arrange();
-    QWidget::changeEvent(event);
 }
 
 // From the top down; the result takes what the others leave.

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "App/QuickActions/QuickActionsModel.h"
-
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 #include <array>
 
@@ -14,7 +13,7 @@ class Picker;
 class TextArea;
 class Warning;
 
-class QuickActionsView final : public QWidget {
+class QuickActionsView final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -26,15 +25,13 @@ private:
     void connectControls();
     void refresh();
     void showStatus();
-    void arrange();
+    void arrange() override;
     void arrangeHeading(const QRect& row, QWidget* heading, Button* button);
     void arrangeTransformations(const QRect& rows, const AdaptiveGrid& grid);
     void arrangeModels(const QRect& row);
     QRect mirrored(const QRect& row, const QRect& part) const;
     void focusInEvent(QFocusEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
     Clipboard& m_clipboard;
     QuickActionsModel m_model;

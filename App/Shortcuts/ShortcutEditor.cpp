@@ -10,7 +10,6 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessibleWidget>
-#include <QEvent>
 #include <QShortcut>
 #include <QStyle>
 
@@ -47,7 +46,7 @@ QStringList kindTitles()
 }
 
 ShortcutEditor::ShortcutEditor(const ShortcutItem& draft, bool isNew, QWidget* parent)
-    : QWidget(parent)
+    : ArrangedWidget(parent)
     , m_draft(draft)
 {
     build(isNew);
@@ -144,20 +143,6 @@ int ShortcutEditor::heightForWidth(int) const
 void ShortcutEditor::focusInEvent(QFocusEvent* event)
 {
     m_name->setFocus(event->reason());
-}
-
-void ShortcutEditor::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void ShortcutEditor::changeEvent(QEvent* event)
-{
-    const auto type = event->type();
-    if (type == QEvent::FontChange || type == QEvent::ApplicationFontChange
-        || type == QEvent::LayoutDirectionChange)
-        arrange();
-    QWidget::changeEvent(event);
 }
 
 void ShortcutEditor::arrange()

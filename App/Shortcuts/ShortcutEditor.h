@@ -2,8 +2,7 @@
 #pragma once
 
 #include "App/Shortcuts/ShortcutItem.h"
-
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 #include <array>
 
@@ -12,7 +11,7 @@ class Label;
 class SegmentedPicker;
 class TextField;
 
-class ShortcutEditor final : public QWidget {
+class ShortcutEditor final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -33,12 +32,10 @@ private:
     void connectControls();
     void refresh();
     void save();
-    void arrange();
+    void arrange() override;
     void arrangeButtons(const QRect& row);
     QRect mirrored(const QRect& row, const QRect& part) const;
     void focusInEvent(QFocusEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
     ShortcutItem m_draft;
     Label* m_title;

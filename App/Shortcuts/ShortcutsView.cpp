@@ -172,20 +172,6 @@ void ShortcutsView::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
 }
 
-void ShortcutsView::resizeEvent(QResizeEvent*)
-{
-    arrange();
-}
-
-void ShortcutsView::changeEvent(QEvent* event)
-{
-    const auto type = event->type();
-    if (type == QEvent::FontChange || type == QEvent::ApplicationFontChange
-        || type == QEvent::LayoutDirectionChange)
-        arrange();
-    QWidget::changeEvent(event);
-}
-
 void ShortcutsView::arrange()
 {
     QRect room = rect().adjusted(padding, padding, -padding, -padding);

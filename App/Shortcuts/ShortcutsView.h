@@ -2,8 +2,7 @@
 #pragma once
 
 #include "App/Shortcuts/ShortcutItem.h"
-
-#include <QWidget>
+#include "App/Ui/ArrangedWidget.h"
 
 class Button;
 class Label;
@@ -12,7 +11,7 @@ class ShortcutEditor;
 class ShortcutGrid;
 class ShortcutStore;
 
-class ShortcutsView final : public QWidget {
+class ShortcutsView final : public ArrangedWidget {
     Q_OBJECT
 
 public:
@@ -30,13 +29,11 @@ private:
     void remove();
     void closeEditor();
     void focusAfterEdit(qsizetype index);
-    void arrange();
+    void arrange() override;
     void arrangeHeader(const QRect& row);
     int arrangeError(const QRect& room);
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
     ShortcutStore& m_store;
     bool m_editing = false;
