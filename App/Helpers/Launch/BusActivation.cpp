@@ -11,7 +11,7 @@ namespace BusActivation {
 
 namespace {
 
-constexpr guint longestConnecting = 3; // Seconds.
+constexpr guint longestConnecting = 2; // Seconds.
 constexpr int longestStart = 20'000; // Milliseconds.
 
 struct Unreferenced {

@@ -40,7 +40,9 @@ static std::string typeOf(const std::string& path)
     gboolean isUncertain = FALSE;
     const auto type = Glib::taken(g_content_type_guess(
         path.c_str(), reinterpret_cast<const guchar*>(start.data()), start.size(), &isUncertain));
-    return start.empty() && isUncertain ? "text/plain" : type;
+    // Nothing in it, and a name that says nothing: a text that is still to be written.
+    const bool isBlank = start.empty() && (isUncertain || type == "application/x-zerosize");
+    return isBlank ? "text/plain" : type;
 }
 
 Surroundings surroundings()
