@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QPalette>
 #include <QToolTip>
+#include <QWidget>
 
 #include <optional>
 
@@ -75,6 +76,13 @@ QPalette paletteOf(const Colors& c)
     return palette;
 }
 
+// No change of the palette or the font tells of icons.
+void repaintAll()
+{
+    for (QWidget* widget : QApplication::allWidgets())
+        widget->update();
+}
+
 std::optional<Theme>& active()
 {
     static std::optional<Theme> theme;
@@ -95,7 +103,10 @@ void Theme::apply(const ThemeChoice& choice)
     if (active() && active()->m_choice == choice
         && QApplication::palette() == paletteOf(active()->colors))
         return;
+    const bool keepsIcons = !active() || active()->m_choice.iconTheme == choice.iconTheme;
     active().emplace(choice);
+    if (!keepsIcons)
+        repaintAll();
     QApplication::setPalette(paletteOf(active()->colors));
     QApplication::setFont(active()->font(TextRole::body));
     QToolTip::setPalette(QApplication::palette());

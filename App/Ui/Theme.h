@@ -12,6 +12,7 @@ struct ThemeChoice {
     bool dark = false;
     QColor accent = {}; // Invalid: our own blue.
     QString fontFamily = {}; // Empty: Inter where it is installed, else the system's.
+    QString iconTheme = {}; // Empty: the one that all desktops have.
 
     bool operator==(const ThemeChoice&) const = default;
 };
@@ -26,6 +27,7 @@ public:
 
     bool isDark() const { return m_choice.dark; }
     QString fontFamily() const { return m_family; }
+    QString iconTheme() const { return m_choice.iconTheme; }
     QFont font(TextRole role) const;
     // Without a family, for setFont(): a widget follows the application in what it does not set.
     static QFont familylessFont(TextRole role);

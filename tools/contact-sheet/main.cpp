@@ -1,4 +1,6 @@
-// Draws pictures of all symbols and of all controls: contact_sheet FOLDER [SCALE]
+// Draws pictures of all symbols, names of symbols and controls: contact_sheet FOLDER [SCALE]
+#include "App/Ui/SymbolImage.h"
+#include "App/Ui/SymbolNames.h"
 #include "App/Ui/Symbols.h"
 #include "App/Ui/TextLine.h"
 #include "App/Ui/Theme.h"
@@ -46,6 +48,28 @@ QImage symbols(qreal scale)
     return image;
 }
 
+// What a person may name for a launcher button, and two icons of applications.
+QImage icons(qreal scale)
+{
+    constexpr int columns = 10;
+    const QSize cell(130, 56);
+    const QStringList names = SymbolNames::all() + QStringList { u"folder.circle"_s, u"firefox"_s };
+    const int rows = int(names.size() - 1) / columns + 1;
+    QImage image(QSize(columns * cell.width(), rows * cell.height()) * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    const Theme& theme = Theme::current();
+    image.fill(theme.colors.window);
+    QPainter painter(&image);
+    for (int index = 0; index < names.size(); ++index) {
+        const QPoint corner(index % columns * cell.width(), index / columns * cell.height());
+        const QRect slot(corner + QPoint(0, 4), QSize(cell.width(), 30));
+        SymbolImage::paint(painter, names[index], Symbols::centered(30, slot), theme.colors.text);
+        TextLine::paint(painter, QRectF(corner + QPoint(2, 36), QSize(126, 14)), Qt::AlignHCenter,
+            names[index], theme.font(TextRole::tabTitle), theme.colors.secondary);
+    }
+    return image;
+}
+
 QImage controls()
 {
     Sheet sheet;
@@ -72,6 +96,7 @@ int main(int argc, char* argv[])
         const QString end
             = u"-%1-%2x.png"_s.arg(dark ? u"dark"_s : u"light"_s, QString::fromLatin1(scale));
         saved = symbols(scale.toDouble()).save(folder.filePath(u"symbols"_s + end)) && saved;
+        saved = icons(scale.toDouble()).save(folder.filePath(u"icons"_s + end)) && saved;
         saved = controls().save(folder.filePath(u"controls"_s + end)) && saved;
     }
     return saved ? 0 : 1;
