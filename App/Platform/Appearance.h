@@ -14,6 +14,8 @@ public:
     virtual QColor accent() const = 0;
     // The family of the desktop's interface font; empty where it names none.
     virtual QString fontFamily() const = 0;
+    // The name of the desktop's icon theme; empty where none is known.
+    virtual QString iconTheme() const = 0;
 
 Q_SIGNALS:
     void changed();

@@ -1,6 +1,7 @@
 #include "App/Platform/Linux/Session/PortalAppearance.h"
 
 #include "App/Platform/Linux/Session/FontNames.h"
+#include "App/Platform/Linux/Session/GtkSettings.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -20,17 +21,26 @@ static const auto interface = u"org.freedesktop.portal.Settings"_s;
 static const auto colours = u"org.freedesktop.appearance"_s;
 static const auto gnome = u"org.gnome.desktop.interface"_s;
 static const auto kde = u"org.kde.kdeglobals.General"_s;
+static const auto kdeIcons = u"org.kde.kdeglobals.Icons"_s;
 
 // All that is kept of what the portal tells.
 static const auto colorScheme = colours + u"/color-scheme"_s;
 static const auto accentColor = colours + u"/accent-color"_s;
 static const auto gnomeFont = gnome + u"/font-name"_s;
 static const auto kdeFont = kde + u"/font"_s;
+static const auto gnomeIconTheme = gnome + u"/icon-theme"_s;
+static const auto kdeIconTheme = kdeIcons + u"/Theme"_s;
 
 static bool isOfInterest(const QString& setting)
 {
     return setting == colorScheme || setting == accentColor || setting == gnomeFont
-        || setting == kdeFont;
+        || setting == kdeFont || setting == gnomeIconTheme || setting == kdeIconTheme;
+}
+
+static bool isKde()
+{
+    const QByteArrayList desktops = qgetenv("XDG_CURRENT_DESKTOP").split(':');
+    return desktops.contains("KDE");
 }
 
 PortalAppearance::PortalAppearance(QDBusConnection bus)
@@ -38,6 +48,7 @@ PortalAppearance::PortalAppearance(QDBusConnection bus)
     , m_watcher(service, bus, QDBusServiceWatcher::WatchForRegistration)
 {
     qDBusRegisterMetaType<Spaces>();
+    m_look.iconTheme = GtkSettings::iconTheme();
     if (!m_bus.isConnected())
         return;
     // Signals are matched by the names of types, and nothing else may have made this one known yet.
@@ -54,7 +65,7 @@ void PortalAppearance::readAll()
 {
     m_changedSince.clear();
     auto request = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
-    request << QStringList { colours, gnome, kde };
+    request << QStringList { colours, gnome, kde, kdeIcons };
     auto* call = new QDBusPendingCallWatcher(m_bus.asyncCall(request), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
@@ -99,6 +110,7 @@ void PortalAppearance::show()
         .dark = m_settings.value(colorScheme).toUInt() == preferDark,
         .accent = readAccent(),
         .fontFamily = readFontFamily(),
+        .iconTheme = readIconTheme(),
     };
     if (look == m_look)
         return;
@@ -133,4 +145,15 @@ QString PortalAppearance::readFontFamily() const
     if (!family.isEmpty())
         return family;
     return FontNames::kdeFamily(m_settings.value(kdeFont).toString());
+}
+
+QString PortalAppearance::readIconTheme() const
+{
+    const auto gnomes = m_settings.value(gnomeIconTheme).toString();
+    const auto kdes = m_settings.value(kdeIconTheme).toString();
+    const auto own = isKde() ? kdes : gnomes;
+    if (!own.isEmpty())
+        return own;
+    const auto other = isKde() ? gnomes : kdes;
+    return other.isEmpty() ? GtkSettings::iconTheme() : other;
 }

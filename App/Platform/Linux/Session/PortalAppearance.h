@@ -20,6 +20,7 @@ public:
     bool isDark() const override { return m_look.dark; }
     QColor accent() const override { return m_look.accent; }
     QString fontFamily() const override { return m_look.fontFamily; }
+    QString iconTheme() const override { return m_look.iconTheme; }
 
 private Q_SLOTS:
     void changeSetting(const QString& space, const QString& key, const QDBusVariant& value);
@@ -29,6 +30,7 @@ private:
         bool dark = false;
         QColor accent;
         QString fontFamily;
+        QString iconTheme;
 
         bool operator==(const Look&) const = default;
     };
@@ -38,6 +40,7 @@ private:
     void show();
     QColor readAccent() const;
     QString readFontFamily() const;
+    QString readIconTheme() const;
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;

@@ -6,6 +6,7 @@
 #include <QDBusVariant>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -31,8 +32,16 @@ class PortalAppearanceTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init()
+    {
+        QVERIFY(m_config.isValid());
+        qputenv("XDG_CONFIG_HOME", m_config.path().toLocal8Bit());
+        qunsetenv("XDG_CURRENT_DESKTOP");
+    }
+
     void cleanup()
     {
+        QFile::remove(m_config.filePath(u"gtk-3.0/settings.ini"_s));
         m_portal.reset();
         QTRY_VERIFY(!isServed());
     }
@@ -104,6 +113,59 @@ private Q_SLOTS:
         startPortal(u"{'org.kde.kdeglobals.General': {'font': s('Noto Sans,10,-1,5,50,0')}}"_s);
         Setup s;
         QTRY_COMPARE(s.appearance.fontFamily(), u"Noto Sans"_s);
+    }
+
+    void followsTheIconTheme()
+    {
+        startPortal(u"{'org.gnome.desktop.interface': {'icon-theme': s('Yaru')}}"_s);
+        Setup s;
+        QTRY_COMPARE(s.appearance.iconTheme(), u"Yaru"_s);
+        change(gnome, u"icon-theme"_s, u"s('Papirus')"_s);
+        QTRY_COMPARE(s.appearance.iconTheme(), u"Papirus"_s);
+        QCOMPARE(s.changes.count(), 2);
+    }
+
+    void takesTheIconThemeOfTheDesktopThatRuns_data()
+    {
+        QTest::addColumn<QByteArray>("desktop");
+        QTest::addColumn<QString>("theme");
+        QTest::newRow("GNOME") << QByteArray("ubuntu:GNOME") << u"Adwaita"_s;
+        QTest::newRow("KDE") << QByteArray("KDE") << u"breeze"_s;
+        QTest::newRow("none") << QByteArray() << u"Adwaita"_s;
+    }
+
+    void takesTheIconThemeOfTheDesktopThatRuns()
+    {
+        QFETCH(QByteArray, desktop);
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        startPortal(u"{'org.gnome.desktop.interface': {'icon-theme': s('Adwaita')},"
+                    "'org.kde.kdeglobals.Icons': {'Theme': s('breeze')}}"_s);
+        Setup s;
+        QTRY_COMPARE(s.changes.count(), 1);
+        QTEST(s.appearance.iconTheme(), "theme");
+    }
+
+    void takesKdesIconThemeWhereGnomeNamesNone()
+    {
+        startPortal(u"{'org.kde.kdeglobals.Icons': {'Theme': s('breeze')}}"_s);
+        Setup s;
+        QTRY_COMPARE(s.appearance.iconTheme(), u"breeze"_s);
+    }
+
+    void readsTheIconThemeFromTheFileWhereThePortalNamesNone()
+    {
+        QVERIFY(QDir(m_config.path()).mkpath(u"gtk-3.0"_s));
+        QFile file(m_config.filePath(u"gtk-3.0/settings.ini"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Settings]\ngtk-theme-name=Nordic\n gtk-icon-theme-name = Papirus \n");
+        file.close();
+        Setup s;
+        QCOMPARE(s.appearance.iconTheme(), u"Papirus"_s);
+        startPortal(u"{'org.freedesktop.appearance': {'color-scheme': u(1)}}"_s);
+        QTRY_VERIFY(s.appearance.isDark());
+        QCOMPARE(s.appearance.iconTheme(), u"Papirus"_s);
+        change(gnome, u"icon-theme"_s, u"s('Yaru')"_s);
+        QTRY_COMPARE(s.appearance.iconTheme(), u"Yaru"_s);
     }
 
     void isSilentAboutChangesThatShowNowhere()
@@ -201,6 +263,7 @@ private:
         QCoreApplication::processEvents();
     }
 
+    QTemporaryDir m_config;
     std::unique_ptr<Daemon> m_portal;
 };
 
