@@ -23,6 +23,7 @@
 #include "App/Platform/Linux/Machine/LinuxProcessInfo.h"
 #include "App/Platform/Linux/Machine/SysfsPowerSources.h"
 #include "App/Platform/Linux/Machine/UPowerSources.h"
+#include "App/Platform/Linux/Screen/X11Appearance.h"
 #include "App/Platform/Linux/Screen/X11Compositor.h"
 #include "App/Platform/Linux/Screen/X11PopoverWindow.h"
 #include "App/Platform/Linux/Session/DBusNotifier.h"
@@ -203,9 +204,11 @@ void Wiring::endOnSignals()
 
 void Wiring::followAppearance()
 {
-    static auto& appearance = *new PortalAppearance;
+    static auto& session = *new PortalAppearance;
+    static auto& appearance = *new X11Appearance(session);
     const auto adopt = [] {
-        Theme::apply({ appearance.isDark(), appearance.accent(), appearance.fontFamily() });
+        Theme::apply({ appearance.isDark(), appearance.accent(), appearance.fontFamily(),
+            appearance.iconTheme() });
     };
     adopt();
     QObject::connect(&appearance, &Appearance::changed, adopt);
