@@ -72,8 +72,11 @@ class Shortcuts(unittest.TestCase):
         for folder in (os.path.dirname(desktop.settings_file()), BIN, ENTRIES, AUTOMATIONS, STARTED):
             shutil.rmtree(folder, ignore_errors=True)
         os.makedirs(STARTED)
-        schemes = "MimeType=x-scheme-handler/https;x-scheme-handler/http;text/html;\n"
-        application("browser", "Web", schemes + "Categories=WebBrowser;\n")
+        application("browser", "Web", "Categories=WebBrowser;\n")
+        write(
+            os.path.join(os.environ["XDG_CONFIG_HOME"], "mimeapps.list"),
+            "[Default Applications]\nx-scheme-handler/https=browser.desktop\n",
+        )
         self.corvella = None
 
     def tearDown(self):
