@@ -202,8 +202,8 @@ private Q_SLOTS:
             named("xfce4-terminal", "Xfce", "xfce4-terminal") } };
         s.programs = { "x-terminal-emulator" };
         QCOMPARE(s.found("Terminal"), std::string("x.desktop"));
-        s.desktops = "sway:XFCE:LXQt";
-        QCOMPARE(s.found("Terminal"), std::string("xfce4-terminal.desktop"));
+        s.desktops = "sway:LXQt:XFCE";
+        QCOMPARE(s.found("Terminal"), std::string("qterminal.desktop"));
         s.programs = { "xdg-terminal-exec" };
         QCOMPARE(s.found("Terminal"), std::string("xdg-terminal-exec"));
         s.programs = {};
@@ -242,7 +242,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QByteArray>("offered");
-        QTest::newRow("neighbours") << QByteArray("Fierfox") << QByteArray("Firefox");
+        QTest::newRow("neighbours") << QByteArray("Gmae") << QByteArray("Game");
+        QTest::newRow("replaced") << QByteArray("Firevox") << QByteArray("Firefox");
         QTest::newRow("left out") << QByteArray("firfox") << QByteArray("Firefox");
         QTest::newRow("too much") << QByteArray("Firefox Browser") << QByteArray("Firefox");
         QTest::newRow("a part") << QByteArray("writer") << QByteArray("LibreOffice Writer");

@@ -277,9 +277,10 @@ private Q_SLOTS:
         m_user->write(u"data/applications/long.desktop"_s, start + QByteArray(900'000, 'x'));
         m_user->write(u"data/applications/odd.desktop"_s, start + "Pen\xff\n[[[\n=\n\0\n");
         m_user->write(u"data/applications/none.desktop"_s, {});
-        QVERIFY(QDir().mkpath(folder + u"a/b/c.desktop"_s));
-        for (const auto& link : { u"l1"_s, u"l2"_s, u"a/l3"_s, u"a/b/l4"_s, u"l5.desktop"_s })
-            QVERIFY(QFile::link(folder, folder + link));
+        QVERIFY(QDir().mkpath(folder + u"folder.desktop"_s));
+        QVERIFY(QDir().mkpath(folder + u"loops/deep"_s));
+        for (const auto& link : { u"loops/l1"_s, u"loops/l2"_s, u"loops/deep/l3"_s })
+            QVERIFY(QFile::link(folder + u"loops"_s, folder + link));
         QVERIFY(QFile::link(u"self"_s, folder + u"self"_s));
         QCOMPARE(::mkfifo((folder + u"pipe.desktop"_s).toUtf8(), 0600), 0);
         QCOMPARE(run({ u"-a"_s, u"Pen"_s }), 0);

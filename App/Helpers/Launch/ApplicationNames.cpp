@@ -186,8 +186,6 @@ const Application* prefixed(const Applications& applications, std::string_view n
     if (name.size() > longestName)
         return nullptr;
     const auto key = folded(name);
-    if (key.empty())
-        return nullptr;
     const auto matches = [&](const std::string& each) {
         return each.size() <= longestName && key.size() > lastPart(each)
             && folded(each).starts_with(key);
