@@ -30,8 +30,8 @@ public:
         write(QStringLiteral("bin/") + name,
             "#!/bin/sh\nprintf '%s\\n' \"$*\" >" + kept + ".new\nmv " + kept + ".new " + kept + "\n"
                 + more);
-        QFile::setPermissions(
-            path(QStringLiteral("bin/") + name), QFile::ReadOwner | QFile::ExeOwner);
+        QFile::setPermissions(path(QStringLiteral("bin/") + name),
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         write(QStringLiteral("data/applications/") + name + QStringLiteral(".desktop"),
             "[Desktop Entry]\nType=Application\nName=Test\nExec=" + name.toUtf8() + " %u\n"
                 + lines);
