@@ -19,8 +19,7 @@ constexpr int widestPicture = 2048;
 QByteArray bytesOf(const QString& path)
 {
     QFile file(path);
-    const QFileInfo info(file);
-    if (!info.isFile() || info.size() > largestFile || !file.open(QIODevice::ReadOnly))
+    if (file.size() > largestFile || !file.open(QIODevice::ReadOnly))
         return {};
     return file.read(largestFile);
 }

@@ -16,6 +16,7 @@ namespace {
 
 constexpr qsizetype longestName = 200;
 constexpr qsizetype mostThemes = 16;
+constexpr int largestSide = 1 << 15; // Pixels
 constexpr qint64 largestIndex = qint64 { 1 } << 20; // Bytes
 
 // A group of an index: a folder of icons, or what is said of the theme itself.
@@ -64,8 +65,7 @@ QStringList iconFolders()
 
 int sideIn(QByteArrayView value)
 {
-    constexpr int widest = 4096;
-    return std::clamp(value.trimmed().toInt(), 0, widest);
+    return std::clamp(value.trimmed().toInt(), 0, largestSide);
 }
 
 void learn(Group& group, QByteArrayView key, QByteArrayView value)
@@ -111,11 +111,11 @@ QByteArray indexOf(const QString& theme)
     return {};
 }
 
-// A picture that is too small loses more than one that is too large.
+// Any picture that is too small loses more than one that is too large.
 int distance(int least, int most, int side)
 {
     if (side > most)
-        return 2 * (side - most);
+        return side - most + largestSide;
     return std::max(least - side, 0);
 }
 

@@ -30,8 +30,8 @@ public:
     bool addTheme(const QString& theme, const QByteArray& parents = {}) const
     {
         return write(QStringLiteral("icons/") + theme + QStringLiteral("/index.theme"),
-            "[Icon Theme]\nName=Test\nDirectories=16,48,any\nInherits=" + parents
-                + "\n[16]\nSize=16\nType=Fixed\n[48]\nSize=48\nType=Fixed\n"
+            "[Icon Theme]\nName=Test\nDirectories=48,16,any\nInherits=" + parents
+                + "\n[48]\nSize=48\nType=Fixed\n[16]\nSize=16\nType=Fixed\n"
                   "[any]\nSize=16\nType=Scalable\nMinSize=8\nMaxSize=512\n");
     }
 

@@ -141,6 +141,12 @@ private Q_SLOTS:
         QVERIFY(s.folder.addHalves(theme + u"/16/sized.png"_s, 16, Qt::blue, Qt::transparent));
         QVERIFY(s.folder.addHalves(theme + u"/48/sized.png"_s, 48, Qt::transparent, Qt::blue));
         QCOMPARE(solid(drawn(u"sized"_s, ink, 2), ink), QRect(30, 6, 24, 48));
+        // Smaller than both, and between them.
+        const QImage small = canvas(1, [](QPainter& painter, const QRectF&) {
+            SymbolImage::paint(painter, u"sized"_s, QRectF(0, 0, 15, 15), ink);
+        });
+        QCOMPARE(small.pixel(4, 7), ink.rgba());
+        QCOMPARE(drawn(u"sized"_s).pixel(22, 15), ink.rgba());
     }
 
     void whatIsInAColorfulIconCanBeSeen()

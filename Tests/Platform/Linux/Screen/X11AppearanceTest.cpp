@@ -171,7 +171,9 @@ private Q_SLOTS:
     void settingsOfUnknownTypesAreNone()
     {
         auto bytes = settings("Tango");
-        bytes[12] = 3;
+        constexpr qsizetype typeOfColor = 32;
+        QCOMPARE(bytes[typeOfColor], '\2');
+        bytes[typeOfColor] = 3;
         QCOMPARE(XSettings::text(bytes, "Net/IconThemeName"), QString());
     }
 };
