@@ -19,35 +19,36 @@ constexpr qsizetype mostThemes = 16;
 constexpr int largestSide = 1 << 15; // Pixels
 constexpr qint64 largestIndex = qint64 { 1 } << 20; // Bytes
 
-// A group of an index: a folder of icons, or what is said of the theme itself.
+// A group of an index: a folder of icons, or what is said of the theme itself. Its texts are in the
+// index.
 struct Group {
-    QString name;
-    QString type = u"Threshold"_s;
+    QByteArrayView name;
+    QByteArrayView type = "Threshold";
+    QByteArrayView parents = {};
     int size = 0;
     int minimum = 0;
     int maximum = 0;
     int threshold = 2;
     int scale = 1;
-    QString parents = {};
 
     int least() const
     {
-        if (type == "Scalable"_L1)
+        if (type == "Scalable")
             return (minimum ? minimum : size) * scale;
-        return (type == "Fixed"_L1 ? size : size - threshold) * scale;
+        return (type == "Fixed" ? size : size - threshold) * scale;
     }
 
     int most() const
     {
-        if (type == "Scalable"_L1)
+        if (type == "Scalable")
             return (maximum ? maximum : size) * scale;
-        return (type == "Fixed"_L1 ? size : size + threshold) * scale;
+        return (type == "Fixed" ? size : size + threshold) * scale;
     }
 };
 
-bool isInside(const QString& folder)
+bool isInside(QByteArrayView folder)
 {
-    return !folder.isEmpty() && !folder.startsWith(u'/') && !folder.contains(".."_L1);
+    return !folder.startsWith('/') && !folder.contains("..");
 }
 
 QStringList dataFolders()
@@ -65,7 +66,7 @@ QStringList iconFolders()
 
 int sideIn(QByteArrayView value)
 {
-    return std::clamp(value.trimmed().toInt(), 0, largestSide);
+    return std::clamp(value.toInt(), 0, largestSide);
 }
 
 void learn(Group& group, QByteArrayView key, QByteArrayView value)
@@ -79,23 +80,25 @@ void learn(Group& group, QByteArrayView key, QByteArrayView value)
     else if (key == "Threshold")
         group.threshold = sideIn(value);
     else if (key == "Scale")
-        group.scale = std::clamp(value.trimmed().toInt(), 1, 8);
+        group.scale = std::clamp(value.toInt(), 1, 8);
     else if (key == "Type")
-        group.type = QString::fromLatin1(value.trimmed());
+        group.type = value;
     else if (key == "Inherits")
-        group.parents = QString::fromUtf8(value.trimmed());
+        group.parents = value;
 }
 
-std::vector<Group> groupsIn(const QByteArray& index)
+std::vector<Group> groupsIn(QByteArrayView index)
 {
     std::vector<Group> groups;
-    for (const QByteArray& line : index.split('\n')) {
-        const QByteArrayView words = QByteArrayView(line).trimmed();
-        const qsizetype equals = words.indexOf('=');
-        if (words.startsWith('[') && words.endsWith(']'))
-            groups.push_back({ .name = QString::fromUtf8(words.sliced(1).chopped(1)) });
+    while (!index.isEmpty()) {
+        const qsizetype end = index.indexOf('\n');
+        const QByteArrayView line = index.first(end < 0 ? index.size() : end).trimmed();
+        index = end < 0 ? QByteArrayView() : index.sliced(end + 1);
+        const qsizetype equals = line.indexOf('=');
+        if (line.size() > 2 && line.startsWith('[') && line.endsWith(']'))
+            groups.push_back({ .name = line.sliced(1).chopped(1) });
         else if (!groups.empty() && equals > 0)
-            learn(groups.back(), words.first(equals).trimmed(), words.sliced(equals + 1));
+            learn(groups.back(), line.first(equals).trimmed(), line.sliced(equals + 1).trimmed());
     }
     return groups;
 }
@@ -159,23 +162,24 @@ void IconTheme::add(const QString& theme)
         add(parent.trimmed());
 }
 
-QList<QString> IconTheme::read(const QString& theme)
+QStringList IconTheme::read(const QString& theme)
 {
-    QStringList parents;
-    const std::vector<Group> groups = groupsIn(indexOf(theme));
+    const QByteArray index = indexOf(theme);
+    const std::vector<Group> groups = groupsIn(index);
     auto& folders = m_themes.emplace_back();
     for (const QString& icons : iconFolders()) {
         const QString root = icons + theme + u'/';
         if (groups.empty() || !QFileInfo::exists(root))
             continue;
         for (const Group& group : groups) {
-            const QString path = root + group.name + u'/';
+            const QString path = root + QString::fromUtf8(group.name) + u'/';
             if (group.size > 0 && isInside(group.name) && QFileInfo::exists(path))
                 folders.push_back({ path, group.least(), group.most() });
         }
     }
+    QStringList parents;
     for (const Group& group : groups)
-        parents << group.parents.split(u',', Qt::SkipEmptyParts);
+        parents << QString::fromUtf8(group.parents).split(u',', Qt::SkipEmptyParts);
     return parents;
 }
 

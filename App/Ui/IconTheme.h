@@ -1,8 +1,7 @@
 // Finds the files of icons in the desktop's icon theme and in those it falls back to.
 #pragma once
 
-#include <QList>
-#include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -28,8 +27,8 @@ private:
 
     void add(const QString& theme);
     // Returns the themes to look in after this one.
-    QList<QString> read(const QString& theme);
+    QStringList read(const QString& theme);
 
-    QList<QString> m_known;
+    QStringList m_known;
     std::vector<std::vector<Folder>> m_themes; // In the order to look in them.
 };
