@@ -9,7 +9,8 @@ class QString;
 
 namespace SymbolImage {
 
-// Whether there is a picture for the name. Names that lead to a file elsewhere have none.
+// Whether there is a picture for the name. Names that lead to a file elsewhere have none. Looks at
+// the theme anew, since an application may have brought its icon meanwhile: a few milliseconds.
 bool exists(const QString& name);
 
 // Fills the square box in one colour; a name without a picture paints the star.
