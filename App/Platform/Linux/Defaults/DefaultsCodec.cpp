@@ -126,8 +126,28 @@ std::optional<UserDefaults::Value> decodeReal(const QString& name)
     return name == u"nan" ? std::optional<UserDefaults::Value>(Limits::quiet_NaN()) : std::nullopt;
 }
 
+std::optional<UserDefaults::Value> decodeData(const QByteArray& base64)
+{
+    const auto bytes = QByteArray::fromBase64Encoding(
+        base64, QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
+    return bytes ? std::optional<UserDefaults::Value>(*bytes) : std::nullopt;
+}
+
+// Data as it is written here, without the detour by UTF-16, which takes megabytes their time.
+std::optional<UserDefaults::Value> decodePlainData(const QByteArray& json)
+{
+    static constexpr QByteArrayView start = R"({"data": ")";
+    static constexpr QByteArrayView end = R"("})";
+    const auto rest = json.size() - start.size() - end.size();
+    if (rest < 0 || !json.startsWith(start) || !json.endsWith(end))
+        return std::nullopt;
+    return decodeData(json.sliced(start.size(), rest));
+}
+
 std::optional<UserDefaults::Value> decodeTagged(const QByteArray& json)
 {
+    if (const auto data = decodePlainData(json))
+        return data;
     const auto object = QJsonDocument::fromJson(json).object();
     if (object.size() != 1 || !object.begin().value().isString())
         return std::nullopt;
@@ -136,9 +156,7 @@ std::optional<UserDefaults::Value> decodeTagged(const QByteArray& json)
         return decodeReal(content);
     if (object.begin().key() != dataTag)
         return std::nullopt;
-    const auto bytes = QByteArray::fromBase64Encoding(
-        content.toUtf8(), QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
-    return bytes ? std::optional<UserDefaults::Value>(*bytes) : std::nullopt;
+    return decodeData(content.toUtf8());
 }
 
 QByteArray tagged(const QString& tag, const QByteArray& content)
@@ -185,7 +203,7 @@ std::optional<DefaultsCodec::Entries> DefaultsCodec::parse(const QByteArray& tex
     while (!walker.skip('}')) {
         walker.skip(',');
         const auto key = unquoted(walker.token());
-        if (!key || !walker.skip(':') || walker.atEnd())
+        if (!key || !walker.skip(':') || walker.atEnd() || entries.size() == mostEntries)
             return std::nullopt;
         entries.insert(*key, walker.token());
     }

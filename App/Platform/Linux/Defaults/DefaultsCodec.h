@@ -14,7 +14,10 @@ namespace DefaultsCodec {
 using Entries = QMap<QString, QByteArray>;
 using Values = QHash<QString, UserDefaults::Value>;
 
-// Absent unless the text is one whole JSON object.
+// Far more than anything stores; so a file of nothing but keys holds up no start.
+constexpr qsizetype mostEntries = 10'000;
+
+// Absent unless the text is one whole JSON object of no more entries than that.
 std::optional<Entries> parse(const QByteArray& text);
 QByteArray print(const Entries& entries);
 

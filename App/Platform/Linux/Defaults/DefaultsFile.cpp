@@ -23,7 +23,7 @@ struct Reading {
 
 Reading reading(const QString& path)
 {
-    const auto content = WholeFile::read(path);
+    const auto content = WholeFile::read(path, DefaultsFile::maximumSize);
     if (content.state != State::whole)
         return { content.state, {} };
     const auto entries = DefaultsCodec::parse(content.bytes);
@@ -50,15 +50,25 @@ QString lastGoodBeside(const QString& target)
     return target + u".last"_s;
 }
 
+bool fits(const DefaultsCodec::Entries& entries)
+{
+    return entries.size() <= DefaultsCodec::mostEntries
+        && DefaultsCodec::print(entries).size() <= DefaultsFile::maximumSize;
+}
+
 // A change that would make the file too large to be read again stays in memory only.
 DefaultsCodec::Entries overlaid(
     const DefaultsCodec::Entries& base, const DefaultsCodec::Entries& changes)
 {
     auto entries = base;
+    entries.insert(changes);
+    if (fits(entries))
+        return entries;
+    entries = base;
     for (auto change = changes.begin(); change != changes.end(); ++change) {
         const auto before = entries;
         entries.insert(change.key(), change.value());
-        if (DefaultsCodec::print(entries).size() > WholeFile::maximumSize)
+        if (!fits(entries))
             entries = before;
     }
     return entries;
@@ -87,7 +97,7 @@ std::optional<DefaultsFile::Entries> DefaultsFile::readLastGood() const
 }
 
 std::optional<DefaultsFile::Entries> DefaultsFile::merge(
-    const Entries& changes, const Entries& otherwise) const
+    const Entries& changes, const Values& otherwise) const
 {
     const auto target = WholeFile::behindLinks(m_path);
     if (!WholeFile::makeFolder(QFileInfo(target).path()))
@@ -98,8 +108,8 @@ std::optional<DefaultsFile::Entries> DefaultsFile::merge(
     const auto before = base(target, otherwise);
     if (!before)
         return std::nullopt;
-    const auto entries = overlaid(*before, changes);
-    if (entries == wholeOnly(reading(target)).value_or(Entries()))
+    const auto entries = overlaid(before->entries, changes);
+    if (entries == before->stored)
         return entries;
     const auto text = DefaultsCodec::print(entries);
     if (!WholeFile::replace(target, text))
@@ -108,15 +118,17 @@ std::optional<DefaultsFile::Entries> DefaultsFile::merge(
     return entries;
 }
 
-std::optional<DefaultsFile::Entries> DefaultsFile::base(
-    const QString& target, const Entries& otherwise) const
+std::optional<DefaultsFile::Base> DefaultsFile::base(
+    const QString& target, const Values& otherwise) const
 {
     const auto found = settledReading(target);
     if (found.state == State::whole)
-        return found.entries;
+        return Base { found.entries, found.entries };
     if (found.state == State::unreachable)
         return std::nullopt;
     if (found.state == State::unfit && !WholeFile::setAside(target))
         return std::nullopt;
-    return readLastGood().value_or(overlaid({}, otherwise));
+    if (const auto lastGood = readLastGood())
+        return Base { *lastGood, {} };
+    return Base { overlaid({}, DefaultsCodec::encodeAll(otherwise)), {} };
 }

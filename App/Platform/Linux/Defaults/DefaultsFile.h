@@ -10,6 +10,11 @@
 class DefaultsFile final {
 public:
     using Entries = DefaultsCodec::Entries;
+    using Values = DefaultsCodec::Values;
+
+    // A larger file is taken for damaged: one is read at start, which must cost neither time nor
+    // memory. Ten thousand launcher buttons take some 4 MiB.
+    static constexpr qint64 maximumSize = qint64 { 16 } * 1024 * 1024; // Bytes
 
     explicit DefaultsFile(const QString& path);
 
@@ -24,10 +29,15 @@ public:
     // Lays the changes over the file (a lost one: over the last good copy, failing that over
     // otherwise) and returns what the file holds then; absent when the disk still holds the old.
     // A damaged file is kept aside. Blocks for the disk and the lock: not for the main thread.
-    std::optional<Entries> merge(const Entries& changes, const Entries& otherwise) const;
+    std::optional<Entries> merge(const Entries& changes, const Values& otherwise) const;
 
 private:
-    std::optional<Entries> base(const QString& target, const Entries& otherwise) const;
+    struct Base {
+        Entries entries; // What the changes are laid over.
+        Entries stored; // What the file holds by now.
+    };
+
+    std::optional<Base> base(const QString& target, const Values& otherwise) const;
 
     QString m_path;
 };

@@ -39,7 +39,7 @@ struct DefaultsWorker::Shared {
     bool write(std::unique_lock<std::mutex>& lock);
     void look(std::unique_lock<std::mutex>& lock);
     void sort(const DefaultsFile::Entries& changes, const DefaultsFile::Entries& entries);
-    void deliver(const DefaultsFile::Entries& entries);
+    void deliver(const Values& values);
 
     const DefaultsFile file; // All else only under the mutex.
     std::mutex mutex;
@@ -152,14 +152,17 @@ bool DefaultsWorker::Shared::write(std::unique_lock<std::mutex>& lock)
 {
     writing = std::exchange(pending, {});
     const bool repairing = std::exchange(repairs, false);
-    const auto changes = DefaultsCodec::encodeAll(writing);
+    const auto values = writing;
     const auto otherwise = known;
+    // What is large takes its time also where no disk is waited for.
     lock.unlock();
-    const auto entries = file.merge(changes, DefaultsCodec::encodeAll(otherwise));
+    const auto changes = DefaultsCodec::encodeAll(values);
+    const auto entries = file.merge(changes, otherwise);
+    const auto stored = entries ? DefaultsCodec::decodeAll(*entries) : Values();
     lock.lock();
     if (entries) {
         sort(changes, *entries);
-        deliver(*entries);
+        deliver(stored);
         return true;
     }
     lay(writing, pending); // What was set meanwhile is newer.
@@ -185,15 +188,16 @@ void DefaultsWorker::Shared::look(std::unique_lock<std::mutex>& lock)
     rereads = false;
     lock.unlock();
     const auto entries = file.read();
+    const auto stored = entries ? DefaultsCodec::decodeAll(*entries) : Values();
     lock.lock();
     if (entries)
-        deliver(*entries);
+        deliver(stored);
 }
 
-void DefaultsWorker::Shared::deliver(const DefaultsFile::Entries& entries)
+void DefaultsWorker::Shared::deliver(const Values& values)
 {
-    latest = DefaultsCodec::decodeAll(entries);
-    known = *latest;
+    latest = values;
+    known = values;
     lay(known, pending);
     if (arrived)
         arrived();

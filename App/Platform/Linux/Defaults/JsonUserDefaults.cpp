@@ -17,7 +17,7 @@ JsonUserDefaults::JsonUserDefaults(const QString& path)
         if (name.isEmpty() || name == link.fileName() || name == target.fileName())
             m_worker.reread();
     });
-    if (m_file.isDamaged())
+    if (!m_isRead && m_file.isDamaged())
         m_worker.repair();
 }
 
@@ -44,6 +44,7 @@ DefaultsCodec::Values JsonUserDefaults::begin()
     WholeFile::makeFolder(QFileInfo(m_file.path()).path());
     watch();
     auto entries = m_file.read();
+    m_isRead = entries.has_value();
     if (!entries)
         entries = m_file.readLastGood();
     return DefaultsCodec::decodeAll(entries.value_or(DefaultsCodec::Entries()));

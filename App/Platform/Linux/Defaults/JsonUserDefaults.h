@@ -25,6 +25,7 @@ private:
 
     DefaultsFile m_file;
     FolderWatch m_watch;
+    bool m_isRead = false; // The file itself, when this began.
     DefaultsCodec::Values m_values;
     DefaultsWorker m_worker;
 };

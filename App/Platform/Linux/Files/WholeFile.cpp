@@ -61,18 +61,17 @@ WholeFile::State refusal()
     }
 }
 
-bool isFit(int descriptor)
+bool isFit(int descriptor, qint64 most)
 {
     struct stat status { };
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)
-        && status.st_size <= WholeFile::maximumSize;
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size <= most;
 }
 
-WholeFile::Content readAll(int descriptor)
+WholeFile::Content readAll(int descriptor, qint64 most)
 {
     QByteArray bytes;
     char block[16384];
-    while (bytes.size() <= WholeFile::maximumSize) {
+    while (bytes.size() <= most) {
         const auto count = ::read(descriptor, block, sizeof block);
         if (count == 0)
             return { WholeFile::State::whole, bytes };
@@ -118,13 +117,13 @@ bool renameToNothing(const QByteArray& from, const QByteArray& to)
 
 }
 
-WholeFile::Content WholeFile::read(const QString& path)
+WholeFile::Content WholeFile::read(const QString& path, qint64 most)
 {
     const Descriptor file(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (file < 0)
         return { refusal(), {} };
-    return isFit(file) ? readAll(file) : Content { State::unfit, {} };
+    return isFit(file, most) ? readAll(file, most) : Content { State::unfit, {} };
 }
 
 bool WholeFile::replace(const QString& path, const QByteArray& bytes)

@@ -6,9 +6,6 @@
 
 namespace WholeFile {
 
-// Files beyond this are taken for damaged; reading one at start must cost neither time nor memory.
-constexpr qint64 maximumSize = qint64 { 4 } * 1024 * 1024; // Bytes
-
 enum class State {
     whole,
     missing,
@@ -21,8 +18,9 @@ struct Content {
     QByteArray bytes;
 };
 
-// Never waits for a writer, whatever stands in the file's place.
-Content read(const QString& path);
+// Never waits for a writer, whatever stands in the file's place. A file of more than most bytes is
+// unfit.
+Content read(const QString& path, qint64 most);
 
 // The old file stays as it is unless the new one is wholly on the disk. Readable by the user only.
 bool replace(const QString& path, const QByteArray& bytes);

@@ -123,6 +123,11 @@ void DefaultsCodecTest::onlyOneWholeObjectIsAFile_data()
     QTest::newRow("no UTF-8") << QByteArray("{\"a\": \"\xe9\"}") << false;
     QTest::newRow("deeper than any editor writes")
         << QByteArray("{\"a\":") + QByteArray(100000, '[') << false;
+    QByteArray keys("{");
+    for (int key = 0; key < DefaultsCodec::mostEntries; ++key)
+        keys += '"' + QByteArray::number(key) + "\": 1,";
+    QTest::newRow("very many entries") << keys.chopped(1) + '}' << true;
+    QTest::newRow("more than anything stores") << keys + "\"a\": 1}" << false;
 }
 
 void DefaultsCodecTest::onlyOneWholeObjectIsAFile()

@@ -1,6 +1,5 @@
 #include "App/Platform/Linux/Defaults/JsonUserDefaults.h"
 #include "App/Platform/Linux/Defaults/DefaultsFile.h"
-#include "App/Platform/Linux/Files/WholeFile.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -72,6 +71,7 @@ private Q_SLOTS:
     void noOrdinaryFileIsSetAsideAtOnce_data();
     void noOrdinaryFileIsSetAsideAtOnce();
     void aHugeFileIsSetAsideUnread();
+    void aLauncherFullOfButtonsIsKept();
     void aValueTooLargeStaysInMemory();
     void contentOfOthersIsKept();
     void anEditByRenameIsHeard();
@@ -274,11 +274,27 @@ void JsonUserDefaultsTest::aHugeFileIsSetAsideUnread()
     QTRY_VERIFY(s.has(u"defaults.json.bad"_s));
 }
 
+void JsonUserDefaultsTest::aLauncherFullOfButtonsIsKept()
+{
+    const Setup s;
+    // Ten thousand, of what JSON takes for one with long names.
+    const auto buttons = QByteArray(600, 'b').repeated(10000);
+    {
+        JsonUserDefaults defaults(s.path);
+        defaults.setValue(u"n"_s, qint64(1));
+        defaults.setValue(u"buttons"_s, buttons);
+        defaults.setValue(u"n"_s, qint64(2));
+    }
+    const JsonUserDefaults defaults(s.path);
+    QCOMPARE(defaults.data(u"buttons"_s), buttons);
+    QCOMPARE(defaults.integer(u"n"_s), 2);
+}
+
 void JsonUserDefaultsTest::aValueTooLargeStaysInMemory()
 {
     const Setup s;
     JsonUserDefaults defaults(s.path);
-    const QByteArray large(WholeFile::maximumSize, 'x');
+    const QByteArray large(DefaultsFile::maximumSize, 'x');
     defaults.setValue(u"large"_s, large);
     defaults.setValue(u"n"_s, qint64(1));
     QTRY_COMPARE(s.disk(u"n"_s), "1");
