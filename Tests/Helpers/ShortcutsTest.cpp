@@ -83,6 +83,7 @@ void ShortcutsTest::add(const QString& name) const
 int ShortcutsTest::start(const QStringList& arguments)
 {
     QProcess process;
+    process.setWorkingDirectory(m_home->path());
     process.start(program, arguments);
     process.waitForFinished();
     m_printed = process.readAllStandardOutput();
