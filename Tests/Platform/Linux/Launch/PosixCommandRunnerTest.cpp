@@ -68,6 +68,10 @@ public:
             qFatal("No FIFO to be had");
     }
 
+    // What waits still would do so for ever.
+    ~Gate() { open(); }
+    Q_DISABLE_COPY_MOVE(Gate)
+
     // False while nobody waits; once it was true it stays so.
     bool open()
     {
