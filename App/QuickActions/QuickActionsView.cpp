@@ -26,7 +26,7 @@ constexpr int gridSpacing = 6;
 constexpr int controlHeight = 24;
 constexpr int controlGap = 8;
 constexpr int widestPicker = 160;
-constexpr int longestWrapped = 240; // Characters of the status, in a few lines.
+constexpr int mostStatusLines = 5; // What a server says may be of any length.
 constexpr int rewriteWidth = 168; // Wide enough for either title, so that nothing moves.
 
 struct Transformation {
@@ -78,6 +78,7 @@ void QuickActionsView::build()
     m_copy = new Button(Button::Kind::small, u"Copy"_s, this);
     m_output = new TextArea(TextArea::Kind::result, m_outputHeading->text(), this);
     m_status = new Label(TextRole::caption, &Colors::secondary, this);
+    m_status->setMostLines(mostStatusLines);
 }
 
 void QuickActionsView::nameParts()
@@ -151,19 +152,9 @@ void QuickActionsView::refresh()
     m_copy->setEnabled(m_model.canCopy());
     if (m_output->text() != m_model.output())
         m_output->setText(m_model.output());
-    showStatus();
+    m_status->setText(m_model.status());
+    m_status->setVisible(!m_model.status().isEmpty());
     arrange();
-}
-
-void QuickActionsView::showStatus()
-{
-    const auto status = m_model.status();
-    // What a server says may be of any length.
-    const bool isTooLong = status.size() > longestWrapped;
-    m_status->setElided(isTooLong);
-    m_status->setWordWrap(!isTooLong);
-    m_status->setText(status);
-    m_status->setVisible(!status.isEmpty());
 }
 
 // From the top down; the result takes what the others leave.
@@ -184,8 +175,7 @@ void QuickActionsView::arrange()
         m_warning->setGeometry(takeTop(m_warning->heightForWidth(room.width())));
     arrangeHeading(takeTop(m_copy->boxSize().height()), m_outputHeading, m_copy);
     if (!m_status->isHidden()) {
-        const int line = Theme::lineHeight(TextRole::caption);
-        const int height = m_status->wordWrap() ? m_status->heightForWidth(room.width()) : line;
+        const int height = m_status->heightForWidth(room.width());
         m_status->setGeometry(room.left(), room.bottom() + 1 - height, room.width(), height);
         room.setBottom(room.bottom() - height - spacing);
     }

@@ -24,7 +24,6 @@ private:
     void nameParts();
     void connectControls();
     void refresh();
-    void showStatus();
     void arrange() override;
     void arrangeHeading(const QRect& row, QWidget* heading, Button* button);
     void arrangeTransformations(const QRect& rows, const AdaptiveGrid& grid);

@@ -9,7 +9,6 @@
 #include "App/Ui/Label.h"
 #include "App/Ui/ScrollArea.h"
 #include "App/Ui/Theme.h"
-#include "App/Ui/WrappedLines.h"
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
@@ -50,6 +49,7 @@ void ShortcutsView::build()
     m_grid->setAutoFillBackground(false); // The ground is the window's.
     m_error = new Label(TextRole::caption, &Colors::redText, this);
     m_error->setAlignment(Qt::AlignCenter);
+    m_error->setMostLines(mostErrorLines);
 }
 
 void ShortcutsView::nameParts()
@@ -151,7 +151,7 @@ void ShortcutsView::refresh()
     m_grid->setItems(m_store.items());
     m_grid->setEdited(m_editing);
     m_scroll->setVisible(!m_editor);
-    m_error->setAccessibleName(m_store.lastError());
+    m_error->setText(m_store.lastError());
     m_error->setVisible(!m_store.lastError().isEmpty());
     arrange();
 }
@@ -182,13 +182,13 @@ void ShortcutsView::arrange()
         m_editor->setGeometry(
             { room.topLeft(), QSize(room.width(), m_editor->heightForWidth(room.width())) });
         room.setTop(m_editor->geometry().bottom() + 1 + spacing);
-        room.setHeight(m_error->isHidden() ? 0 : arrangeError(room));
+        room.setHeight(m_error->isHidden() ? 0 : m_error->heightForWidth(room.width()));
         m_error->setGeometry(room);
         return;
     }
     int bottom = height();
     if (!m_error->isHidden()) {
-        const int errorHeight = arrangeError(room);
+        const int errorHeight = m_error->heightForWidth(room.width());
         m_error->setGeometry(
             room.left(), room.bottom() + 1 - errorHeight, room.width(), errorHeight);
         bottom = m_error->y() - spacing;
@@ -211,13 +211,4 @@ void ShortcutsView::arrangeHeader(const QRect& row)
         end -= size.width() + headerGap;
     }
     m_heading->setGeometry(mirrored({ row.left(), row.top(), end - row.left(), row.height() }));
-}
-
-// Its height, in points.
-int ShortcutsView::arrangeError(const QRect& room)
-{
-    const auto lines = WrappedLines::of(m_store.lastError(),
-        Theme::current().font(TextRole::caption), room.width(), mostErrorLines);
-    m_error->setText(lines.join(u'\n'));
-    return int(lines.size()) * Theme::lineHeight(TextRole::caption);
 }

@@ -31,7 +31,6 @@ private:
     void focusAfterEdit(qsizetype index);
     void arrange() override;
     void arrangeHeader(const QRect& row);
-    int arrangeError(const QRect& room);
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -2,6 +2,7 @@
 
 #include "App/Ui/TextLine.h"
 #include "App/Ui/Theme.h"
+#include "App/Ui/WrappedLines.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -40,15 +41,43 @@ void Label::setElided(bool elided)
     update();
 }
 
+void Label::setMostLines(int lines)
+{
+    m_mostLines = lines;
+    update();
+}
+
+int Label::heightForWidth(int width) const
+{
+    if (m_mostLines == 0)
+        return QLabel::heightForWidth(width);
+    return int(WrappedLines::of(text(), font(), width, m_mostLines).size())
+        * Theme::lineHeight(m_role);
+}
+
 void Label::paintEvent(QPaintEvent* event)
 {
-    if (!m_elided) {
+    if (!m_elided && m_mostLines == 0) {
         QLabel::paintEvent(event);
         return;
     }
     QPainter painter(this);
+    if (m_mostLines > 0) {
+        paintLines(painter);
+        return;
+    }
     TextLine::paint(
         painter, contentsRect(), alignment(), text(), font(), palette().color(foregroundRole()));
+}
+
+void Label::paintLines(QPainter& painter) const
+{
+    QRect line(0, 0, width(), Theme::lineHeight(m_role));
+    for (const auto& words : WrappedLines::of(text(), font(), width(), m_mostLines)) {
+        TextLine::paint(
+            painter, line, alignment(), words, font(), palette().color(foregroundRole()));
+        line.translate(0, line.height());
+    }
 }
 
 void Label::changeEvent(QEvent* event)

@@ -17,6 +17,10 @@ public:
     void setColor(QColor Colors::*color);
     // One line, what does not fit ends in an ellipsis; the whole text stays its accessible name.
     void setElided(bool elided);
+    // At most so many lines, any word broken that is longer than one; what does not fit ends in an
+    // ellipsis. Each is as high as the role says.
+    void setMostLines(int lines);
+    int heightForWidth(int width) const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -24,8 +28,10 @@ protected:
 
 private:
     void adoptColor();
+    void paintLines(QPainter& painter) const;
 
     TextRole m_role;
     QColor Colors::*m_color;
     bool m_elided = false;
+    int m_mostLines = 0; // 0: as Qt breaks them.
 };

@@ -386,8 +386,7 @@ private Q_SLOTS:
         const auto words = u"It failed and says so at length. "_s.repeated(1'000);
         s.fail(words.toUtf8());
         QCOMPARE(s.error().height(), 6 * 14);
-        QVERIFY(s.error().text().endsWith(u'…'));
-        QCOMPARE(s.error().accessibleName(), words.trimmed());
+        QCOMPARE(s.error().text(), words.trimmed());
     }
 
     void partsStandAsDrawn()

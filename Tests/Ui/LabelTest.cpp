@@ -49,6 +49,23 @@ private Q_SLOTS:
         auto* accessible = QAccessible::queryAccessibleInterface(&label);
         QCOMPARE(accessible->text(QAccessible::Name), label.text());
     }
+
+    void ofManyLinesOnlyTheFirstAreShown()
+    {
+        Label label(TextRole::caption, &Colors::text);
+        label.setMostLines(3);
+        label.setText(u"One"_s);
+        QCOMPARE(label.heightForWidth(200), 14);
+        label.setText(u"One\nTwo"_s);
+        QCOMPARE(label.heightForWidth(200), 2 * 14);
+        label.setText(u"word "_s.repeated(500));
+        QCOMPARE(label.heightForWidth(200), 3 * 14);
+        label.resize(200, 3 * 14);
+        const QImage cut = label.grab().toImage();
+        label.setText(u"word "_s.repeated(501));
+        QCOMPARE(label.grab().toImage(), cut);
+        QVERIFY(cut.copy(0, 28, 200, 14) != cut.copy(0, 14, 200, 14)); // It ends in an ellipsis.
+    }
 };
 
 QTEST_MAIN(LabelTest)
