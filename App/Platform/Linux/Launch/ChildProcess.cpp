@@ -1,21 +1,19 @@
 #include "App/Platform/Linux/Launch/ChildProcess.h"
 
-#include <QDir>
-#include <QFile>
-
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
 class Actions final {
 public:
-    explicit Actions(const ChildProcess::Streams& streams)
+    Actions(const ChildProcess::Streams& streams, const std::string& folder)
     {
         posix_spawn_file_actions_init(&m_actions);
         // The streams first: where this program's own are closed, they may have those numbers.
@@ -25,17 +23,14 @@ public:
         drop(-1, STDOUT_FILENO);
         drop(streams.errors, STDERR_FILENO);
         posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
+        posix_spawn_file_actions_addchdir_np(&m_actions, folder.c_str());
     }
 
     ~Actions() { posix_spawn_file_actions_destroy(&m_actions); }
-    Q_DISABLE_COPY_MOVE(Actions)
+    Actions(const Actions&) = delete;
+    Actions& operator=(const Actions&) = delete;
 
-    void enter(const QByteArray& folder)
-    {
-        posix_spawn_file_actions_addchdir_np(&m_actions, folder.constData());
-    }
-
-    const posix_spawn_file_actions_t* operator&() const { return &m_actions; }
+    const posix_spawn_file_actions_t* get() const { return &m_actions; }
 
 private:
     void take(int descriptor, int number)
@@ -68,42 +63,48 @@ public:
     }
 
     ~Attributes() { posix_spawnattr_destroy(&m_attributes); }
-    Q_DISABLE_COPY_MOVE(Attributes)
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
 
-    const posix_spawnattr_t* operator&() const { return &m_attributes; }
+    const posix_spawnattr_t* get() const { return &m_attributes; }
 
 private:
     posix_spawnattr_t m_attributes {};
 };
 
+bool canEnter(const std::string& folder)
+{
+    struct stat status { };
+    return stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)
+        && access(folder.c_str(), X_OK) == 0;
+}
+
 // Corvella may have been started in a folder that is in the way there.
-QByteArray home()
+std::string folderFor(const std::string& wanted)
 {
-    const auto folder = QDir::homePath();
-    const auto name = QFile::encodeName(folder);
-    return QDir(folder).exists() && ::access(name.constData(), X_OK) == 0 ? name : QByteArray("/");
+    if (canEnter(wanted))
+        return wanted;
+    const char* const home = std::getenv("HOME");
+    return home && canEnter(home) ? home : "/";
 }
 
 }
 
-ChildProcess::Started ChildProcess::start(
-    const QString& path, const QStringList& arguments, const Streams& streams)
+ChildProcess::Started ChildProcess::start(const std::string& path,
+    std::vector<std::string> arguments, const Streams& streams, const std::string& folder)
 {
-    QByteArrayList words { QFile::encodeName(path) };
-    for (const auto& argument : arguments)
-        words.append(QFile::encodeName(argument));
+    const auto isCut = [](const std::string& text) { return text.find('\0') != std::string::npos; };
     // It would end there, unnoticed.
-    if (std::ranges::any_of(words, [](const QByteArray& word) { return word.contains('\0'); }))
+    if (isCut(path) || std::ranges::any_of(arguments, isCut))
         return { -1, EINVAL };
     std::vector<char*> pointers;
-    for (auto& word : words)
-        pointers.push_back(word.data());
+    for (auto& argument : arguments)
+        pointers.push_back(argument.data());
     pointers.push_back(nullptr);
-    Actions actions(streams);
-    actions.enter(home());
+    const Actions actions(streams, folderFor(folder));
     const Attributes attributes;
     Started started;
-    started.error = posix_spawn(&started.process, words.first().constData(), &actions, &attributes,
-        pointers.data(), environ);
+    started.error = posix_spawn(
+        &started.process, path.c_str(), actions.get(), attributes.get(), pointers.data(), environ);
     return started;
 }

@@ -1,10 +1,9 @@
-// Starts a program that neither the end of this one nor anything of its own can touch.
+// Starts programs that neither the end of this one nor anything of its own can touch.
 #pragma once
 
-#include <QString>
-#include <QStringList>
-
+#include <string>
 #include <sys/types.h>
+#include <vector>
 
 namespace ChildProcess {
 
@@ -19,8 +18,10 @@ struct Started {
     int error = 0; // As errno; otherwise the process is there and has to be waited for.
 };
 
-// Without a shell, in a session of its own and in the user's home; nothing is inherited but the
-// environment and the streams.
-Started start(const QString& path, const QStringList& arguments, const Streams& streams);
+// Without a shell and in a session of its own; nothing is inherited but the environment and the
+// streams. The arguments begin with the program's name. An empty folder, or one that cannot be
+// entered, is the user's home.
+Started start(const std::string& path, std::vector<std::string> arguments,
+    const Streams& streams = {}, const std::string& folder = {});
 
 }

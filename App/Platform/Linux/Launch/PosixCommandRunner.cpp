@@ -4,16 +4,26 @@
 #include "App/Platform/Linux/Launch/RunningCommand.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <iterator>
+#include <string>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 static QString inWords(int error)
 {
     return QString::fromLocal8Bit(std::generic_category().message(error));
+}
+
+static std::string encoded(const QString& text)
+{
+    return QFile::encodeName(text).toStdString();
 }
 
 std::optional<QString> PosixCommandRunner::run(const QString& path, const QStringList& arguments,
@@ -22,7 +32,9 @@ std::optional<QString> PosixCommandRunner::run(const QString& path, const QStrin
     int errors[2];
     if (pipe2(errors, O_CLOEXEC) != 0)
         return inWords(errno);
-    const auto started = ChildProcess::start(path, arguments, { -1, errors[1] });
+    std::vector<std::string> words { encoded(path) };
+    std::ranges::transform(arguments, std::back_inserter(words), encoded);
+    const auto started = ChildProcess::start(encoded(path), words, { -1, errors[1] });
     ::close(errors[1]);
     if (started.error != 0) {
         ::close(errors[0]);

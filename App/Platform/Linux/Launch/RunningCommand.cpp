@@ -12,8 +12,6 @@
 #include <unistd.h>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr qsizetype mostKept = qsizetype { 64 } * 1024; // Bytes
@@ -47,7 +45,7 @@ RunningCommand::~RunningCommand()
     closeHandle();
     if (isWrittenTo()) {
         fcntl(m_errors, F_SETFL, 0); // Which does not expect to be told to come back later.
-        ChildProcess::start(u"/bin/cat"_s, {}, { m_errors, -1 });
+        ChildProcess::start("/bin/cat", { "cat" }, { m_errors, -1 });
     }
     closeErrors();
 }
