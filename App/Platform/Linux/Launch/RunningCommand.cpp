@@ -29,6 +29,17 @@ std::optional<bool> success(pid_t process, int options)
     return info.si_code == CLD_EXITED && info.si_status == 0;
 }
 
+// A character that was cut in two would keep all before it from being read as UTF-8.
+QByteArray withoutHalfCharacter(QByteArray text)
+{
+    if (text.size() < mostKept || (text.back() & 0x80) == 0)
+        return text;
+    while (!text.isEmpty() && (text.back() & 0xc0) == 0x80)
+        text.chop(1);
+    text.chop(1);
+    return text;
+}
+
 }
 
 RunningCommand::RunningCommand(QObject* parent)
@@ -107,7 +118,7 @@ void RunningCommand::end(bool succeeded)
         deleteLater();
     const auto ended = std::exchange(m_ended, nullptr);
     if (m_waiter && ended)
-        ended({ succeeded, std::exchange(m_kept, {}) });
+        ended({ succeeded, withoutHalfCharacter(std::exchange(m_kept, {})) });
 }
 
 // Also after the end, for no one: what the program has left running may write as long as it likes.

@@ -147,6 +147,7 @@ private Q_SLOTS:
     void argumentsArriveAsTheyAre();
     void errorsAreBytes();
     void moreErrorsThanAreKeptHoldNothingUp();
+    void errorsAreNotCutInsideACharacter();
     void itStartsAfresh();
     void nothingElseIsInherited();
     void aMissingHomeIsNoFailure();
@@ -273,6 +274,14 @@ void PosixCommandRunnerTest::moreErrorsThanAreKeptHoldNothingUp()
     QVERIFY(shell.end.succeeded);
     QCOMPARE(shell.end.errors.size(), 65536);
     QVERIFY(shell.end.errors.startsWith("first"));
+}
+
+void PosixCommandRunnerTest::errorsAreNotCutInsideACharacter()
+{
+    const Shell shell(u"{ printf ..; yes … | tr -d '\\n' | head -c 131072; } >&2"_s);
+    QTRY_VERIFY(shell.hasEnded());
+    QVERIFY(shell.end.errors.size() > 65530);
+    QVERIFY(shell.end.errors.endsWith("…"));
 }
 
 void PosixCommandRunnerTest::itStartsAfresh()
