@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <iterator>
 #include <string>
@@ -24,6 +25,14 @@ static QString inWords(int error)
 static std::string encoded(const QString& text)
 {
     return QFile::encodeName(text).toStdString();
+}
+
+// To ignore the ends of programs is inherited; the system then tells nobody how they ended.
+PosixCommandRunner::PosixCommandRunner()
+{
+    struct sigaction current { };
+    if (sigaction(SIGCHLD, nullptr, &current) == 0 && current.sa_handler == SIG_IGN)
+        signal(SIGCHLD, SIG_DFL);
 }
 
 std::optional<QString> PosixCommandRunner::run(const QString& path, const QStringList& arguments,

@@ -6,6 +6,8 @@
 
 class PosixCommandRunner final : public CommandRunner {
 public:
+    PosixCommandRunner();
+
     std::optional<QString> run(const QString& path, const QStringList& arguments, QObject* waiter,
         std::function<void(CommandEnd)> ended) override;
 };

@@ -148,6 +148,7 @@ private Q_SLOTS:
     void errorsAreBytes();
     void moreErrorsThanAreKeptHoldNothingUp();
     void errorsAreNotCutInsideACharacter();
+    void whereTheEndsOfProgramsWereIgnoredTheyAreToldAllTheSame();
     void itStartsAfresh();
     void nothingElseIsInherited();
     void aMissingHomeIsNoFailure();
@@ -282,6 +283,16 @@ void PosixCommandRunnerTest::errorsAreNotCutInsideACharacter()
     QTRY_VERIFY(shell.hasEnded());
     QVERIFY(shell.end.errors.size() > 65530);
     QVERIFY(shell.end.errors.endsWith("…"));
+}
+
+void PosixCommandRunnerTest::whereTheEndsOfProgramsWereIgnoredTheyAreToldAllTheSame()
+{
+    // As a program may hand it on to those that it starts.
+    const auto handler = signal(SIGCHLD, SIG_IGN);
+    const Shell shell(u"exit 0"_s);
+    QTRY_VERIFY(shell.hasEnded());
+    signal(SIGCHLD, handler);
+    QVERIFY(shell.end.succeeded);
 }
 
 void PosixCommandRunnerTest::itStartsAfresh()
