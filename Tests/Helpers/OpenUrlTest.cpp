@@ -63,6 +63,18 @@ private Q_SLOTS:
         QTRY_COMPARE(m_user->arguments(u"pen"_s), QByteArray("\n"));
     }
 
+    // Browsers make such entries: the first line is for shells.
+    void anEntryThatCanBeRunIsAnEntryStill()
+    {
+        m_user->add(u"pen"_s);
+        const auto entry = m_user->path(u"pen.desktop"_s);
+        m_user->write(u"pen.desktop"_s,
+            "#!/bin/false\n[Desktop Entry]\nType=Application\nName=Pen\nExec=pen new\n");
+        QVERIFY(QFile::setPermissions(entry, QFile::ReadOwner | QFile::ExeOwner));
+        HelperWorkspace(helper).open(QUrl::fromLocalFile(entry));
+        QTRY_COMPARE(m_user->arguments(u"pen"_s), QByteArray("new\n"));
+    }
+
     void otherFilesAreOpenedByWhatIsChosenForThem_data()
     {
         QTest::addColumn<QString>("file");

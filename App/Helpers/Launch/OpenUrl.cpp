@@ -28,6 +28,15 @@ static std::string localPath(const std::string& address)
     return isHere ? path : std::string();
 }
 
+static Refusal openEntry(const std::string& path, const Surroundings& around)
+{
+    const auto application
+        = InstalledApplications::fromEntry(path, path.substr(path.rfind('/') + 1));
+    if (!application)
+        return "it is no application that can run here";
+    return startApplication(*application, {}, around);
+}
+
 static Refusal openFile(
     const std::string& path, const std::string& address, const Surroundings& around)
 {
@@ -36,15 +45,14 @@ static Refusal openFile(
         return "there is no such file";
     if (kind == FileStart::Kind::other)
         return "it is no file or folder";
+    if (kind == FileStart::Kind::folder)
+        return startFor(UserChoices::forFile(path), address, around);
+    // Those that can be run, too: their first line is only there to have them opened.
+    if (path.ends_with(".desktop"))
+        return openEntry(path, around);
     if (kind == FileStart::Kind::program)
         return DetachedProgram::start({ path });
-    if (kind == FileStart::Kind::folder || !path.ends_with(".desktop"))
-        return startFor(UserChoices::forFile(path), address, around);
-    const auto application
-        = InstalledApplications::fromEntry(path, path.substr(path.rfind('/') + 1));
-    if (!application)
-        return "it is no application that can run here";
-    return startApplication(*application, {}, around);
+    return startFor(UserChoices::forFile(path), address, around);
 }
 
 std::string scheme(const std::string& address)
