@@ -55,6 +55,13 @@ std::optional<QUrl> webAddress(const QString& target)
     return url;
 }
 
+// A second slash in front would begin the name of another machine.
+QUrl fileAddress(const QString& path)
+{
+    const auto name = std::ranges::find_if(path, [](QChar each) { return each != u'/'; });
+    return QUrl::fromLocalFile(u'/' + QString(name, path.cend() - name));
+}
+
 QString messageIn(const QByteArray& errors)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -118,7 +125,7 @@ void ShortcutStore::runUrl(const QString& target)
 void ShortcutStore::runApp(const QString& target)
 {
     if (target.startsWith(u'/'))
-        m_workspace.open(QUrl::fromLocalFile(target));
+        m_workspace.open(fileAddress(target));
     else
         exec(m_tools.open, { u"-a"_s, target });
 }

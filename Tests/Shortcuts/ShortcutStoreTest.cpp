@@ -212,13 +212,25 @@ private Q_SLOTS:
         QCOMPARE(s.runner.commands.first().arguments, QStringList({ u"-a"_s, u"Text Editor"_s }));
     }
 
+    void anApplicationIsOpenedByItsPath_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("any characters")
+            << u"/opt/my apps/A#1?.desktop"_s << u"file:///opt/my%20apps/A%231%3F.desktop"_s;
+        QTest::newRow("no other machine's") << u"//opt//A"_s << u"file:///opt//A"_s;
+        QTest::newRow("all of it") << u"/"_s << u"file:///"_s;
+    }
+
     void anApplicationIsOpenedByItsPath()
     {
+        QFETCH(QString, target);
+        QFETCH(QString, opened);
         Setup s;
-        s.store.run(Setup::app(u"/opt/my apps/A#1?.desktop"_s));
+        s.store.run(Setup::app(target));
         QVERIFY(s.runner.commands.isEmpty());
         QCOMPARE(s.workspace.opened.size(), 1);
-        QCOMPARE(s.workspace.opened.first().toLocalFile(), u"/opt/my apps/A#1?.desktop"_s);
+        QCOMPARE(s.workspace.opened.first().toString(QUrl::FullyEncoded), opened);
     }
 
     void whatACommandSaysIsTheError()
