@@ -4,8 +4,6 @@
 #include "App/Shortcuts/ShortcutItem.h"
 #include "App/Ui/ArrangedWidget.h"
 
-#include <array>
-
 class Button;
 class Label;
 class SegmentedPicker;
