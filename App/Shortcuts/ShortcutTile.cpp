@@ -97,11 +97,16 @@ bool ShortcutTile::hitButton(const QPoint& position) const
 
 void ShortcutTile::keyPressEvent(QKeyEvent* event)
 {
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isReturn)
-        event->ignore();
-    else if (!event->isAutoRepeat())
-        click();
-    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Select)
-        QAbstractButton::keyPressEvent(event);
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!event->isAutoRepeat())
+            click();
+        return;
+    case Qt::Key_Space:
+    case Qt::Key_Select:
+        return QAbstractButton::keyPressEvent(event);
+    default:
+        event->ignore(); // Arrows are for the grid; a button would follow them itself.
+    }
 }
