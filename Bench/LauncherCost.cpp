@@ -18,6 +18,8 @@
 #include <QStandardItemModel>
 
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
