@@ -98,6 +98,7 @@ ChildProcess::Started ChildProcess::start(const std::string& path,
     if (isCut(path) || std::ranges::any_of(arguments, isCut))
         return { -1, EINVAL };
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (auto& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
