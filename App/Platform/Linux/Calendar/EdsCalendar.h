@@ -5,7 +5,7 @@
 #include "App/Platform/Linux/Calendar/CalendarSource.h"
 #include "App/Platform/Linux/Calendar/EventExpander.h"
 #include "App/Platform/Linux/Calendar/KeptEvents.h"
-#include "App/Platform/Linux/Files/Retry.h"
+#include "App/Platform/Linux/Calendar/Retry.h"
 
 #include <QElapsedTimer>
 #include <QHash>

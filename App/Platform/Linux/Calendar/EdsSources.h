@@ -2,7 +2,7 @@
 #pragma once
 
 #include "App/Platform/Linux/Bus/BusQuestion.h"
-#include "App/Platform/Linux/Files/Retry.h"
+#include "App/Platform/Linux/Calendar/Retry.h"
 
 #include <QDBusConnection>
 #include <QHash>

@@ -5,8 +5,8 @@
 #include "App/Platform/Linux/Calendar/CalendarSource.h"
 #include "App/Platform/Linux/Calendar/EventExpander.h"
 #include "App/Platform/Linux/Calendar/KeptEvents.h"
+#include "App/Platform/Linux/Calendar/Retry.h"
 #include "App/Platform/Linux/Files/FolderTreeWatch.h"
-#include "App/Platform/Linux/Files/Retry.h"
 
 #include <QElapsedTimer>
 #include <QStringList>
