@@ -110,17 +110,17 @@ int rank(const std::string& file, const std::string& name, const std::wstring& f
 
 ShortcutFiles::Found findInFolder(const std::string& name)
 {
-    constexpr int ranks = 4;
-    const auto folder = ShortcutFiles::folder();
+    constexpr size_t ranks = 4;
+    const auto folder = ShortcutFiles::folder() + '/';
     const auto foldedName = folded(name);
     std::array<ShortcutFiles::Found, 2 * ranks> found;
     for (const auto& file : sortedFiles(folder)) {
         const int rankOfIt = rank(file, name, foldedName);
         if (rankOfIt < 0)
             continue;
-        const auto path = folder + '/' + file;
+        const auto path = folder + file;
         const bool runs = isExecutable(path);
-        auto& place = found.at(static_cast<size_t>(rankOfIt + (runs ? 0 : ranks)));
+        auto& place = found.at(static_cast<size_t>(rankOfIt) + (runs ? 0 : ranks));
         if (place.path.empty())
             place = { path, runs };
     }
@@ -131,7 +131,7 @@ ShortcutFiles::Found findInFolder(const std::string& name)
 
 std::vector<std::string> programFolders()
 {
-    std::vector<std::string> folders { ShortcutFiles::home() + "/.local/bin" };
+    std::vector<std::string> folders { ShortcutFiles::home() + "/.local/bin/" };
     auto rest = variable("PATH");
     if (rest.empty())
         rest = "/usr/local/bin:/usr/bin:/bin";
@@ -139,7 +139,7 @@ std::vector<std::string> programFolders()
         const auto colon = std::min(rest.find(':'), rest.size());
         // A relative one would depend on where Corvella was started.
         if (rest.front() == '/')
-            folders.push_back(rest.substr(0, colon));
+            folders.push_back(rest.substr(0, colon) + '/');
         rest.erase(0, colon + 1);
     }
     return folders;
@@ -158,7 +158,7 @@ ShortcutFiles::Found ShortcutFiles::find(const std::string& name)
     if (!found.path.empty())
         return found;
     for (const auto& folder : programFolders()) {
-        const auto path = folder + '/' + name;
+        const auto path = folder + name;
         if (!isFile(path))
             continue;
         if (isExecutable(path))
@@ -185,7 +185,7 @@ std::vector<std::string> ShortcutFiles::names()
 
 std::string ShortcutFiles::home()
 {
-    const auto home = variable("HOME");
+    auto home = variable("HOME");
     if (!home.empty() && home.front() == '/')
         return home;
     const auto* const user = getpwuid(getuid());
@@ -209,7 +209,7 @@ std::string ShortcutFiles::shown(const std::string& path)
 std::string ShortcutFiles::typed(const std::string& path)
 {
     constexpr auto plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-+/";
-    const auto text = shown(path);
+    auto text = shown(path);
     const size_t start = text.starts_with("~/") ? 2 : 0;
     if (text.find_first_not_of(plain, start) == std::string::npos)
         return text;

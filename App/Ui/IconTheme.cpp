@@ -125,7 +125,7 @@ int distance(int least, int most, int side)
 QString fileOf(const QString& folder, const QString& icon)
 {
     for (const auto& ending : { u".svg"_s, u".png"_s }) {
-        const QString path = folder + icon + ending;
+        QString path = folder + icon + ending;
         if (QFileInfo(path).isFile())
             return path;
     }

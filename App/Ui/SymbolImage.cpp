@@ -80,7 +80,7 @@ QString fileOf(const QStringList& names, int side)
 {
     for (const auto& ending : { u"-symbolic"_s, QString() }) {
         for (const QString& name : names) {
-            if (const QString file = icons().theme.find(name + ending, side); !file.isEmpty())
+            if (QString file = icons().theme.find(name + ending, side); !file.isEmpty())
                 return file;
         }
     }
@@ -115,7 +115,7 @@ QImage cachedImage(const QStringList& names, int side, const QColor& color)
     const QString key = u"%1/%2/%3"_s.arg(names.first()).arg(side).arg(color.rgba(), 0, 16);
     if (const QImage* image = images.object(key))
         return *image;
-    const QImage image = iconImage(names, side, color);
+    QImage image = iconImage(names, side, color);
     images.insert(key, new QImage(image), std::max<qsizetype>(image.sizeInBytes(), 1024));
     return image;
 }

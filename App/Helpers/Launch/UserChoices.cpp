@@ -9,7 +9,7 @@
 namespace UserChoices {
 
 // As much as any file is known by.
-static constexpr size_t longestStart = 16 * 1024; // Bytes.
+static constexpr size_t longestStart = size_t { 16 } * 1024; // Bytes.
 
 struct Entry {
     std::string id;
