@@ -127,6 +127,8 @@ void ShortcutsView::closeEditor()
     if (!m_editor)
         return;
     auto* const editor = std::exchange(m_editor, nullptr);
+    // A screen reader may press its buttons until it is gone.
+    editor->disconnect(this);
     setFocus();
     editor->hide();
     editor->deleteLater(); // It is what told us.

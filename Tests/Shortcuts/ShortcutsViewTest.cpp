@@ -323,6 +323,28 @@ private Q_SLOTS:
         QVERIFY(s.stored() == s.store.items());
     }
 
+    void aSecondPressOfTheEditorsButtonsDoesNothing_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("buttons");
+        QTest::newRow("cancel") << u"cancel"_s << 4;
+        QTest::newRow("delete") << u"delete"_s << 3;
+        QTest::newRow("save") << u"save"_s << 4;
+    }
+
+    void aSecondPressOfTheEditorsButtonsDoesNothing()
+    {
+        QFETCH(const QString, name);
+        Setup s;
+        s.edit(1);
+        auto& pressed = s.button(name);
+        pressed.click();
+        pressed.click(); // Out of sight, in the same turn.
+        Setup::settle();
+        QVERIFY(!s.isEditorShown());
+        QTEST(int(s.store.items().size()), "buttons");
+    }
+
     void anotherNewButtonTakesThePlaceOfTheDraft()
     {
         Setup s;
