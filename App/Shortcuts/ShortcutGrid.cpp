@@ -78,7 +78,7 @@ void ShortcutGrid::tap(const QWidget* tile)
 void ShortcutGrid::fillCell(QWidget& cell, qsizetype index)
 {
     auto& tile = static_cast<ShortcutTile&>(cell);
-    tile.setText(m_items[index].name);
+    tile.setName(m_items[index].name);
     tile.setSymbol(m_items[index].symbol);
     tile.setEdited(m_edited);
 }

@@ -38,6 +38,12 @@ QRect ShortcutTile::box() const
     return ControlBox::of(*this);
 }
 
+void ShortcutTile::setName(const QString& name)
+{
+    setText(name);
+    setShortcut({}); // Which Qt takes from an ampersand.
+}
+
 void ShortcutTile::setSymbol(const QString& name)
 {
     if (m_symbol == name)

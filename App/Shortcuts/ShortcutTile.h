@@ -17,6 +17,7 @@ public:
     QString symbol() const { return m_symbol; }
     bool isEdited() const { return m_edited; }
 
+    void setName(const QString& name);
     void setSymbol(const QString& name);
     void setEdited(bool edited); // Whether a tap edits it instead of running it.
 

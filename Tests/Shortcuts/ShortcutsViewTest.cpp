@@ -153,6 +153,15 @@ private Q_SLOTS:
         QCOMPARE(s.runner.commands.size(), 1);
     }
 
+    void anAmpersandInACaptionMakesNoKey()
+    {
+        auto item = ShortcutsSetup::shortcut(u"Any"_s);
+        item.name = u"R&Dept"_s;
+        Setup s(QList { item });
+        QVERIFY(s.tile(0).shortcut().isEmpty());
+        QCOMPARE(s.captions(), QStringList { item.name });
+    }
+
     void editModeIsEnteredAndLeft()
     {
         Setup s;
