@@ -24,12 +24,34 @@ QByteArray bytesOf(const QString& path)
     return file.read(largestFile);
 }
 
+// Whoever draws a picture also reads what it takes in, and that may wait for somebody else.
+bool leadsOut(QByteArrayView svg)
+{
+    constexpr QByteArrayView link = "href";
+    constexpr QByteArrayView packed = "\x1f\x8b";
+    if (svg.startsWith(packed) || svg.contains('\0'))
+        return true; // For all that can be seen here.
+    for (auto at = svg.indexOf(link); at >= 0; at = svg.indexOf(link)) {
+        svg = svg.sliced(at + link.size()).trimmed();
+        if (!svg.startsWith('='))
+            continue;
+        svg = svg.sliced(1).trimmed();
+        const auto target = svg.isEmpty() ? svg : svg.sliced(1).trimmed();
+        if (!target.startsWith('#') && !target.startsWith("data:"))
+            return true;
+    }
+    return false;
+}
+
 // As large as the square allows, in its middle.
 QImage pictureOf(const QString& path, int side)
 {
     QByteArray bytes = bytesOf(path);
+    const bool isDrawing = path.endsWith(".svg"_L1);
+    if (isDrawing && leadsOut(bytes))
+        return {};
     QBuffer buffer(&bytes);
-    QImageReader reader(&buffer, path.endsWith(".svg"_L1) ? "svg" : "png");
+    QImageReader reader(&buffer, isDrawing ? "svg" : "png");
     reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
     if (size.isEmpty() || size.width() > widestPicture || size.height() > widestPicture)

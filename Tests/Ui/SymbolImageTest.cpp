@@ -250,7 +250,10 @@ private Q_SLOTS:
         QVERIFY(QFile::resize(s.folder.path(any + u"long.svg"_s), qint64 { 100 } << 20));
         QCOMPARE(
             mkfifo(QFile::encodeName(s.folder.path(any + u"pipe.svg"_s)).constData(), 0600), 0);
-        for (const QString& name : { u"empty"_s, u"text"_s, u"long"_s, u"pipe"_s }) {
+        QVERIFY(s.folder.write(any + u"outside.svg"_s,
+            "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+            "<image href='pipe.svg' width='16' height='16'/></svg>"));
+        for (const QString& name : { u"empty"_s, u"text"_s, u"long"_s, u"pipe"_s, u"outside"_s }) {
             QVERIFY2(!SymbolImage::exists(name), qPrintable(name));
             QCOMPARE(drawn(name), own(u"star"_s));
         }
