@@ -18,17 +18,20 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr size_t longestEntry = 1 << 20; // Bytes.
-constexpr size_t mostEntries = 20'000;
+constexpr size_t mostLooks = 20'000;
 constexpr std::string_view suffix = ".desktop";
 constexpr const char* group = G_KEY_FILE_DESKTOP_GROUP;
 
-// The entries below a folder. Each folder is read once, whatever links lead to it.
+// The entries below a folder. Each folder is read once, whatever links lead to it, and those near
+// the top before those below: one that leads to all of the disk must not hide the others.
 class Folder final {
 public:
     explicit Folder(const fs::path& path)
         : m_prefix(path.native().size() + 1)
+        , m_rest { path }
     {
-        read(path);
+        for (size_t next = 0; next < m_rest.size(); ++next)
+            read(fs::path(m_rest[next]));
     }
 
     const std::vector<std::string>& files() const { return m_files; }
@@ -48,20 +51,20 @@ private:
             return;
         std::error_code error;
         std::set<fs::path> inside;
-        for (fs::directory_iterator each(folder, error), end; !error && each != end;
-             each.increment(error))
+        for (fs::directory_iterator each(folder, error), end;
+             !error && each != end && m_looks < mostLooks; each.increment(error), ++m_looks)
             inside.insert(each->path());
         for (const auto& path : inside) {
-            if (m_files.size() >= mostEntries)
-                return;
             if (path.native().ends_with(suffix))
                 m_files.push_back(path.native());
             else
-                read(path);
+                m_rest.push_back(path);
         }
     }
 
     size_t m_prefix;
+    size_t m_looks = 0;
+    std::vector<fs::path> m_rest;
     std::set<std::pair<dev_t, ino_t>> m_seen;
     std::vector<std::string> m_files;
 };
