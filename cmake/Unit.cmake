@@ -10,14 +10,20 @@ target_compile_definitions(corvella_options INTERFACE
 # What most sources include, parsed once. For the program itself only in the sanitized build: the
 # other one shows that each source includes what it needs, and GCC warns of what it would not say
 # of headers that it has not parsed before.
+#   precompiled_headers(<name> LINKS <target>... [HEADERS <header>...] [OPTIONS <option>...])
 function(precompiled_headers name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS;HEADERS;OPTIONS")
     add_library(${name} OBJECT ${PROJECT_SOURCE_DIR}/cmake/precompiled.cpp)
-    target_link_libraries(${name} PRIVATE corvella_options Qt6::Core)
-    target_compile_options(${name} PRIVATE ${ARGN})
+    target_link_libraries(${name} PRIVATE corvella_options ${arg_LINKS})
+    target_compile_options(${name} PRIVATE ${arg_OPTIONS})
     target_precompile_headers(${name} PRIVATE <QDateTime> <QHash> <QJsonObject> <QList> <QObject>
         <QStringList> <QTimer> <QTimeZone> <QVariant> <algorithm> <chrono> <functional> <memory>
-        <optional> <utility>)
+        <optional> <utility> ${arg_HEADERS})
 endfunction()
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+    precompiled_headers(precompiled LINKS Qt6::Core)
+endif()
+
 # A test takes longer to optimize than to run, and most take longer to link than to compile.
 set(corvella_test_options -O0)
 include(CheckLinkerFlag)
@@ -25,10 +31,32 @@ check_linker_flag(CXX -fuse-ld=gold corvella_links_by_gold)
 if(corvella_links_by_gold)
     set(corvella_test_link_options -fuse-ld=gold)
 endif()
-if(CMAKE_BUILD_TYPE STREQUAL "Debug")
-    precompiled_headers(precompiled)
-endif()
-precompiled_headers(precompiled_for_tests ${corvella_test_options})
+
+# What QtTest offers depends on the other modules that a test knows: a set of headers for each. To
+# be called where the tests are declared, whose folders Qt lets it know too.
+function(precompile_tests)
+    foreach(module Core Gui Widgets)
+        precompiled_headers(precompiled_for_${module}_tests LINKS Qt6::${module} Qt6::Test
+            HEADERS <QTest> OPTIONS ${corvella_test_options})
+    endforeach()
+endfunction()
+
+# Sets out to whether the target links to the library, itself or by what it links to.
+function(links_to target library out)
+    set(${out} FALSE PARENT_SCOPE)
+    if(target STREQUAL library)
+        set(${out} TRUE PARENT_SCOPE)
+    elseif(TARGET ${target})
+        get_target_property(links ${target} INTERFACE_LINK_LIBRARIES)
+        foreach(link IN LISTS links)
+            links_to(${link} ${library} found)
+            if(found)
+                set(${out} TRUE PARENT_SCOPE)
+                return()
+            endif()
+        endforeach()
+    endif()
+endfunction()
 
 function(precompile target headers)
     if(TARGET ${headers})
@@ -59,7 +87,16 @@ function(unit_test source)
     target_link_libraries(${name} PRIVATE corvella_options ${arg_LINKS} Qt6::Test)
     target_compile_options(${name} PRIVATE ${corvella_test_options})
     target_link_options(${name} PRIVATE ${corvella_test_link_options})
-    precompile(${name} precompiled_for_tests)
+    set(module Core)
+    foreach(larger Gui Widgets)
+        foreach(link IN LISTS arg_LINKS)
+            links_to(${link} Qt6::${larger} found)
+            if(found)
+                set(module ${larger})
+            endif()
+        endforeach()
+    endforeach()
+    precompile(${name} precompiled_for_${module}_tests)
     add_test(NAME ${name} COMMAND ${arg_LAUNCHER} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 60)
 endfunction()

@@ -104,7 +104,13 @@ int said(const std::string& text)
 
 int main(int argc, char** argv)
 {
+    static constexpr std::string_view usage
+        = "Usage: open ADDRESS\n       open -a NAME\n       open -u URL";
     takeSignals();
+    if (argc == 2 && argv[1] == std::string_view("--help")) {
+        std::puts(usage.data());
+        return 0;
+    }
     if (argc == 2)
         return said(openAddress(argv[1]));
     const std::string_view form(argc == 3 ? argv[1] : "");
@@ -112,5 +118,5 @@ int main(int argc, char** argv)
         return said(openApplication(argv[2]));
     if (form == "-u")
         return said(openUrl(argv[2]));
-    return said("Usage: open ADDRESS\n       open -a NAME\n       open -u URL");
+    return said(std::string(usage));
 }

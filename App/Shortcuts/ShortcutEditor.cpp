@@ -2,6 +2,7 @@
 
 #include "App/Ui/Accessibility.h"
 #include "App/Ui/Button.h"
+#include "App/Ui/ControlBox.h"
 #include "App/Ui/Label.h"
 #include "App/Ui/SegmentedPicker.h"
 #include "App/Ui/SymbolImage.h"
@@ -134,9 +135,14 @@ void ShortcutEditor::save()
     Q_EMIT saved(item);
 }
 
-int ShortcutEditor::heightForWidth(int) const
+int ShortcutEditor::boxHeight()
 {
     return Theme::lineHeight(TextRole::headline) + 5 * (spacing + controlHeight);
+}
+
+void ShortcutEditor::placeBox(const QRect& box)
+{
+    ControlBox::place(*this, box);
 }
 
 // Not by a focus proxy: Tab would skip what stands before the field.
@@ -147,9 +153,10 @@ void ShortcutEditor::focusInEvent(QFocusEvent* event)
 
 void ShortcutEditor::arrange()
 {
-    int y = 0;
+    const auto box = ControlBox::of(*this);
+    int y = box.top();
     const auto next = [&](int height) {
-        const QRect row(0, y, width(), height);
+        const QRect row(box.left(), y, box.width(), height);
         y += height + spacing;
         return row;
     };

@@ -17,7 +17,9 @@ public:
     ShortcutEditor(const ShortcutItem& draft, bool isNew, QWidget* parent);
 
     const ShortcutItem& draft() const { return m_draft; }
-    int heightForWidth(int width) const override;
+    static int boxHeight();
+
+    void placeBox(const QRect& box); // In the parent's coordinates.
 
 Q_SIGNALS:
     void saved(const ShortcutItem& item);

@@ -9,9 +9,13 @@
 #include "App/Ui/TextLine.h"
 #include "App/Ui/Theme.h"
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QToolTip>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -68,6 +72,25 @@ QColor ShortcutTile::fillColor() const
     if (m_edited)
         return colors.tileEdit;
     return m_interaction->isHovered() ? colors.tileHover : colors.tile;
+}
+
+QRect ShortcutTile::nameLine() const
+{
+    return { box().left() + namePadding, box().top() + nameTop, box().width() - 2 * namePadding,
+        Theme::lineHeight(TextRole::caption) };
+}
+
+// A name that is cut off is told in full when the pointer rests on it.
+bool ShortcutTile::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QAbstractButton::event(event);
+    const auto width = TextLine::width(text(), Theme::current().font(TextRole::caption));
+    // As rich text, so that what looks like it in a name is shown as it is.
+    const auto whole = u"<span>"_s + text().toHtmlEscaped() + u"</span>"_s;
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+        width > nameLine().width() ? whole : QString(), this);
+    return true;
 }
 
 void ShortcutTile::paintEvent(QPaintEvent*)

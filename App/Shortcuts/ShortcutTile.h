@@ -22,12 +22,14 @@ public:
     void setEdited(bool edited); // Whether a tap edits it instead of running it.
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     bool hitButton(const QPoint& position) const override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QColor fillColor() const;
+    QRect nameLine() const;
 
     Interaction* m_interaction;
     QString m_symbol;

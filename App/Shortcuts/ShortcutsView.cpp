@@ -12,6 +12,7 @@
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QStyle>
 
 #include <utility>
@@ -71,6 +72,8 @@ void ShortcutsView::connectControls()
     connect(m_edit, &Button::clicked, this, &ShortcutsView::toggleEditing);
     connect(m_grid, &ShortcutGrid::tapped, this, &ShortcutsView::tap);
     connect(m_grid, &ShortcutGrid::reached, m_scroll, &ScrollArea::bringIntoSight);
+    connect(
+        m_scroll->verticalScrollBar(), &QScrollBar::valueChanged, this, &ShortcutsView::arrange);
 }
 
 void ShortcutsView::toggleEditing()
@@ -180,24 +183,27 @@ void ShortcutsView::arrange()
     const int headerHeight = m_edit->boxSize().height();
     arrangeHeader({ room.topLeft(), QSize(room.width(), headerHeight) });
     room.setTop(room.top() + headerHeight + spacing);
+    const int errorHeight = m_error->isHidden() ? 0 : m_error->heightForWidth(room.width());
     if (m_editor) {
-        m_editor->setGeometry(
-            { room.topLeft(), QSize(room.width(), m_editor->heightForWidth(room.width())) });
-        room.setTop(m_editor->geometry().bottom() + 1 + spacing);
-        room.setHeight(m_error->isHidden() ? 0 : m_error->heightForWidth(room.width()));
-        m_error->setGeometry(room);
+        m_editor->placeBox({ room.topLeft(), QSize(room.width(), ShortcutEditor::boxHeight()) });
+        const int top = room.top() + ShortcutEditor::boxHeight() + spacing;
+        m_error->setGeometry(room.left(), top, room.width(), errorHeight);
         return;
     }
-    int bottom = height();
-    if (!m_error->isHidden()) {
-        const int errorHeight = m_error->heightForWidth(room.width());
-        m_error->setGeometry(
-            room.left(), room.bottom() + 1 - errorHeight, room.width(), errorHeight);
-        bottom = m_error->y() - spacing;
-    }
+    m_error->setGeometry(room.left(), room.bottom() + 1 - errorHeight, room.width(), errorHeight);
     // To the edges of the tab, where the thumb and the rings of the tiles have room.
     const int top = room.top() - ControlBox::margin;
-    m_scroll->setGeometry(0, top, width(), bottom - top);
+    const int bottom = errorHeight > 0 ? m_error->y() - spacing : height();
+    arrangeGrid({ 0, top, width(), bottom - top });
+}
+
+// A list that stands at its end does not grow: the tiles would go away from under the pointer.
+void ShortcutsView::arrangeGrid(const QRect& room)
+{
+    const int scrolled = m_scroll->verticalScrollBar()->value();
+    const bool wouldMove = scrolled > qMax(0, m_grid->height() - room.height());
+    if (!wouldMove || room.height() < m_scroll->height())
+        m_scroll->setGeometry(room);
 }
 
 void ShortcutsView::arrangeHeader(const QRect& row)

@@ -31,6 +31,7 @@ private:
     void focusAfterEdit(qsizetype index);
     void arrange() override;
     void arrangeHeader(const QRect& row);
+    void arrangeGrid(const QRect& room);
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

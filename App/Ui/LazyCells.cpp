@@ -55,6 +55,12 @@ LazyCells::LazyCells()
         [this](const QWidget*, const QWidget* now) { tellWhere(now); });
 }
 
+// The cells go later, and take the keyboard from one another on the way.
+LazyCells::~LazyCells()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 QWidget& LazyCells::cell(qsizetype index)
 {
     if (!m_cells[index]) {

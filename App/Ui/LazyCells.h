@@ -10,6 +10,7 @@ class LazyCells : public QWidget {
 
 public:
     LazyCells();
+    ~LazyCells() override;
 
     qsizetype count() const { return m_cells.size(); }
     const QList<QWidget*>& cells() const { return m_cells; } // Null where one has no widget.

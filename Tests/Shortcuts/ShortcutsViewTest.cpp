@@ -13,8 +13,10 @@
 #include "Tests/Ui/Painted.h"
 
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -411,6 +413,37 @@ private Q_SLOTS:
         QCOMPARE(s.error().geometry(), QRect(14, 240, 372, 14));
     }
 
+    void anErrorThatGoesLeavesTheTilesUnderThePointer()
+    {
+        Setup s(many(100));
+        auto& bar = *s.scroll().verticalScrollBar();
+        s.fail("It failed\nin two lines");
+        bar.setValue(bar.maximum());
+        const auto before = s.boxOf(s.tile(98));
+        s.store.run(Setup::shortcut(u"Good"_s));
+        Setup::settle();
+        QVERIFY(!s.error().isVisible());
+        QCOMPARE(s.boxOf(s.tile(98)), before);
+        bar.setValue(0);
+        QCOMPARE(s.scroll().geometry().bottom() + 1, 439);
+        s.fail("It failed");
+        QCOMPARE(s.scroll().geometry().bottom() + 1, 439 - 14 - 14 - 10);
+    }
+
+    void onlyANameThatIsCutOffHasATooltip()
+    {
+        Setup s(QList<ShortcutItem> {
+            Setup::app(u"Short"_s), Setup::app(u"A name that <i>no</i> tile can hold"_s) });
+        const auto rest = [](ShortcutTile& tile) {
+            QHelpEvent event(QEvent::ToolTip, {}, tile.mapToGlobal(QPoint(20, 20)));
+            QApplication::sendEvent(&tile, &event);
+            return QToolTip::isVisible() ? QToolTip::text() : QString();
+        };
+        QCOMPARE(
+            rest(s.tile(1)), u"<span>A name that &lt;i&gt;no&lt;/i&gt; tile can hold</span>"_s);
+        QTRY_COMPARE(rest(s.tile(0)), QString());
+    }
+
     void aLongErrorIsCutAfterSixLines()
     {
         Setup s;
@@ -450,6 +483,10 @@ private Q_SLOTS:
         QCOMPARE(s.boxOf(s.button(u"save"_s)), QRect(322, 206, 64, 24));
         QCOMPARE(s.boxOf(s.button(u"cancel"_s)).right() + 1 + 8, 322);
         QCOMPARE(s.boxOf(s.field(u"name"_s)), QRect(14, 70, 372, 24));
+        // Also the rings around them are seen.
+        auto& editor = s.find<ShortcutEditor>(u"editor"_s);
+        QVERIFY(editor.rect().contains(s.field(u"name"_s).geometry()));
+        QVERIFY(editor.rect().contains(s.button(u"save"_s).geometry()));
     }
 
     void fromRightToLeftAllIsMirrored()

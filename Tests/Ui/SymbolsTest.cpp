@@ -36,7 +36,7 @@ private Q_SLOTS:
     void everyNameIsListedOnce()
     {
         const QStringList names = Symbols::names();
-        QCOMPARE(names.size(), 48);
+        QCOMPARE(names.size(), 60);
         QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
         QVERIFY(names.contains(u"gauge.with.dots.needle.33percent"_s));
         QVERIFY(Symbols::contains(u"ui.cup"_s));

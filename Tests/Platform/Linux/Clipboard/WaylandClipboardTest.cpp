@@ -48,10 +48,16 @@ bool isOffered(const QByteArray& type)
 }
 
 struct Setup {
+    Setup() = default;
+    Setup(const Setup&) = delete;
+    Setup& operator=(const Setup&) = delete;
+    ~Setup() { window.hide(); }
+
     Clipboard& clipboard = patient();
     QTemporaryDir folder;
     std::unique_ptr<Daemon> owner;
-    QLineEdit window;
+    // Never destroyed: Qt's thread for frames may still hold the lock of one that was just shown.
+    QLineEdit& window = *new QLineEdit;
 
     // True when the keyboard has come to the window.
     bool show()
