@@ -12,7 +12,6 @@ public:
     // The tiles keep this distance from all edges but the upper one.
     explicit ShortcutGrid(int padding);
 
-    const QList<ShortcutItem>& items() const { return m_items; }
     qsizetype indexOf(const QUuid& id) const; // -1 without such an item.
 
     void setItems(const QList<ShortcutItem>& items);

@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <QRect>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -19,9 +20,9 @@ struct Shape {
     QPainterPath fills;
 };
 
-QString nameOf(const Symbols::Part& part)
+QLatin1StringView nameOf(const Symbols::Part& part)
 {
-    return QString::fromLatin1(part.symbol.data(), qsizetype(part.symbol.size()));
+    return { part.symbol.data(), qsizetype(part.symbol.size()) };
 }
 
 class PathReader final {
@@ -125,7 +126,7 @@ QStringList Symbols::names()
 {
     QStringList all;
     for (const Part& part : parts) {
-        const QString name = nameOf(part);
+        const auto name = nameOf(part);
         if (all.isEmpty() || all.last() != name)
             all << name;
     }
@@ -134,7 +135,7 @@ QStringList Symbols::names()
 
 bool Symbols::contains(const QString& name)
 {
-    return names().contains(name);
+    return std::ranges::find(parts, name, nameOf) != std::end(parts);
 }
 
 void Symbols::paint(
