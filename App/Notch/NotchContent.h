@@ -1,0 +1,22 @@
+// What the widget says.
+#pragma once
+
+#include <QString>
+
+class CalendarModel;
+class MeetingTimes;
+class PomodoroModel;
+
+struct NotchContent {
+    enum class Dot { stopped, focus, rest };
+
+    Dot dot = Dot::stopped;
+    QString title;
+    QString task;
+    QString meeting;
+
+    friend bool operator==(const NotchContent&, const NotchContent&) = default;
+};
+
+NotchContent notchContent(
+    const PomodoroModel& timer, const CalendarModel& calendar, const MeetingTimes& times);

@@ -1,0 +1,32 @@
+// The widget in a window over everything else, in which it grows and shrinks.
+#pragma once
+
+#include "App/Notch/NotchPanel.h"
+
+#include <QVariantAnimation>
+
+#include <functional>
+#include <memory>
+
+class NotchView;
+class OverlayWindow;
+class QWidget;
+
+class OverlayPanel final : public NotchPanel {
+public:
+    using MakeWindow = std::function<std::unique_ptr<OverlayWindow>(std::unique_ptr<QWidget>)>;
+
+    OverlayPanel(std::unique_ptr<NotchView> view, const MakeWindow& makeWindow);
+    ~OverlayPanel() override;
+
+    void orderFront() override;
+    void setFrame(const QRect& frame, bool animated) override;
+
+private:
+    void setTab(const QSize& size);
+
+    NotchView& m_view; // The window's own.
+    std::unique_ptr<OverlayWindow> m_window;
+    QRect m_frame;
+    QVariantAnimation m_growth;
+};

@@ -1,0 +1,77 @@
+#include "App/Platform/Linux/Screen/X11OverlayWindow.h"
+
+#include "App/Platform/Compositor.h"
+#include "App/Platform/Linux/Screen/X11Connection.h"
+
+#include <QWidget>
+
+#include <cmath>
+#include <utility>
+#include <vector>
+#include <xcb/shape.h>
+
+namespace {
+
+xcb_rectangle_t native(const QRect& part, qreal scale)
+{
+    const auto left = std::floor(part.left() * scale);
+    const auto top = std::floor(part.top() * scale);
+    return { static_cast<int16_t>(left), static_cast<int16_t>(top),
+        static_cast<uint16_t>(std::ceil((part.right() + 1) * scale) - left),
+        static_cast<uint16_t>(std::ceil((part.bottom() + 1) * scale) - top) };
+}
+
+}
+
+X11OverlayWindow::X11OverlayWindow(const Compositor& compositor, std::unique_ptr<QWidget> content)
+    : m_compositor(compositor)
+    , m_content(std::move(content))
+{
+    m_content->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint
+        | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
+    m_content->setAttribute(Qt::WA_ShowWithoutActivating);
+    connect(&m_compositor, &Compositor::changed, this, &X11OverlayWindow::applyShape);
+    // When it grows, what is there keeps its place in the middle until it is painted anew.
+    const uint32_t gravity = XCB_GRAVITY_NORTH;
+    xcb_change_window_attributes(X11Connection::connection(),
+        static_cast<xcb_window_t>(m_content->winId()), XCB_CW_BIT_GRAVITY, &gravity);
+}
+
+X11OverlayWindow::~X11OverlayWindow() = default;
+
+void X11OverlayWindow::orderFront()
+{
+    m_content->show();
+    m_content->raise();
+    applyShape();
+}
+
+void X11OverlayWindow::setFrame(const QRect& frame)
+{
+    m_content->setGeometry(frame);
+}
+
+void X11OverlayWindow::setShape(const QRegion& shape)
+{
+    m_shape = shape;
+    applyShape();
+}
+
+// Without a compositor all of a window is seen that is not cut away.
+void X11OverlayWindow::applyShape()
+{
+    const qreal scale = m_content->devicePixelRatioF();
+    std::vector<xcb_rectangle_t> parts;
+    for (const QRect& part : m_shape)
+        parts.push_back(native(part, scale));
+    const auto window = static_cast<xcb_window_t>(m_content->winId());
+    auto* const connection = X11Connection::connection();
+    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, 0, window, 0, 0,
+        static_cast<uint32_t>(parts.size()), parts.data());
+    if (m_compositor.isRunning())
+        xcb_shape_mask(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0, XCB_NONE);
+    else
+        xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, 0, window, 0, 0,
+            static_cast<uint32_t>(parts.size()), parts.data());
+    xcb_flush(connection);
+}

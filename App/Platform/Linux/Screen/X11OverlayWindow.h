@@ -1,0 +1,30 @@
+// An overlay as an X11 window that no window manager touches.
+#pragma once
+
+#include "App/Platform/OverlayWindow.h"
+
+#include <QObject>
+
+#include <memory>
+
+class Compositor;
+class QWidget;
+
+class X11OverlayWindow final : public QObject, public OverlayWindow {
+    Q_OBJECT
+
+public:
+    X11OverlayWindow(const Compositor& compositor, std::unique_ptr<QWidget> content);
+    ~X11OverlayWindow() override;
+
+    void orderFront() override;
+    void setFrame(const QRect& frame) override;
+    void setShape(const QRegion& shape) override;
+
+private:
+    void applyShape();
+
+    const Compositor& m_compositor;
+    std::unique_ptr<QWidget> m_content;
+    QRegion m_shape;
+};
