@@ -9,6 +9,7 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessibleWidget>
+#include <QMouseEvent>
 #include <QStyle>
 
 #include <utility>
@@ -99,6 +100,18 @@ void SettingsView::refresh()
 void SettingsView::showEvent(QShowEvent*)
 {
     refresh();
+}
+
+// The words are as good as the switch beside them.
+void SettingsView::mouseReleaseEvent(QMouseEvent* event)
+{
+    const auto position = event->position().toPoint();
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (m_showNotchWords->geometry().contains(position))
+        m_showNotch->click();
+    else if (m_launchWords->geometry().contains(position))
+        m_launchAtLogin->click();
 }
 
 void SettingsView::arrange()

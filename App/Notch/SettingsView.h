@@ -25,6 +25,7 @@ private:
     void setLaunch(bool on);
     void arrange() override;
     void showEvent(QShowEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
     UserDefaults& m_defaults;
     LoginItem& m_loginItem;

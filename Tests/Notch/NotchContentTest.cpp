@@ -1,0 +1,127 @@
+#include "App/Notch/NotchContent.h"
+#include "App/Meetings/MeetingTimes.h"
+#include "Tests/Focus/FocusSetup.h"
+#include "Tests/Meetings/TodaySetup.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+struct Setup {
+    NotchContent content() const
+    {
+        const MeetingTimes times(today.model.zone(), QLocale(u"en_GB"_s));
+        return notchContent(focus.model, today.model, times);
+    }
+
+    void grant()
+    {
+        today.store.status = AuthorizationStatus::fullAccess;
+        today.model.checkAuthorization();
+    }
+
+    FocusSetup focus;
+    TodaySetup today;
+};
+
+class NotchContentTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anIdleTimerIsGray()
+    {
+        const Setup s;
+        QCOMPARE(s.content().dot, NotchContent::Dot::stopped);
+        QCOMPARE(s.content().title, u"Corvella"_s);
+    }
+
+    void aRunningFocusIsRed()
+    {
+        Setup s;
+        s.focus.model.start();
+        s.focus.tickAfter(61);
+        QCOMPARE(s.content().dot, NotchContent::Dot::focus);
+        QCOMPARE(s.content().title, u"23:59"_s);
+    }
+
+    void aPausedOneIsGrayWithItsTime()
+    {
+        Setup s;
+        s.focus.model.start();
+        s.focus.tickAfter(61);
+        s.focus.model.pause();
+        QCOMPARE(s.content().dot, NotchContent::Dot::stopped);
+        QCOMPARE(s.content().title, u"23:59"_s);
+    }
+
+    void aRunningBreakIsGreen()
+    {
+        Setup s;
+        s.focus.completePhase();
+        QCOMPARE(s.content().dot, NotchContent::Dot::stopped);
+        s.focus.model.start();
+        QCOMPARE(s.content().dot, NotchContent::Dot::rest);
+        QCOMPARE(s.content().title, u"05:00"_s);
+    }
+
+    void aLongBreakIsGreenToo()
+    {
+        Setup s;
+        for (int i = 0; i < 7; ++i)
+            s.focus.completePhase();
+        QCOMPARE(s.focus.model.phase(), Phase::longBreak);
+        s.focus.model.start();
+        QCOMPARE(s.content().dot, NotchContent::Dot::rest);
+    }
+
+    void theTaskIsShownOrThatThereIsNone()
+    {
+        Setup s;
+        QCOMPARE(s.content().task, u"No task set"_s);
+        s.focus.model.setTaskName(u"Write"_s);
+        QCOMPARE(s.content().task, u"Write"_s);
+    }
+
+    void beforeAccessIsAskedForItIsOff()
+    {
+        const Setup s;
+        QCOMPARE(s.content().meeting, u"Meetings: calendar access off"_s);
+    }
+
+    void refusedAccessIsOffToo()
+    {
+        Setup s;
+        s.today.store.status = AuthorizationStatus::denied;
+        s.today.model.checkAuthorization();
+        QCOMPARE(s.content().meeting, u"Meetings: calendar access off"_s);
+    }
+
+    void theNextMeetingIsShownWithItsTime()
+    {
+        Setup s;
+        s.today.addTypicalDay();
+        s.grant();
+        QCOMPARE(s.content().meeting, u"Design review · 10:30"_s);
+    }
+
+    void aMeetingInProgressIsTheNextOne()
+    {
+        Setup s;
+        s.today.addTypicalDay();
+        s.grant();
+        s.today.clock.time = s.today.at(11, 14);
+        QCOMPARE(s.content().meeting, u"Design review · 10:30"_s);
+    }
+
+    void afterTheLastMeetingThereAreNoMore()
+    {
+        Setup s;
+        s.today.addTypicalDay();
+        s.grant();
+        s.today.clock.time = s.today.at(20, 0);
+        QCOMPARE(s.content().meeting, u"No more meetings today"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(NotchContentTest)
+#include "NotchContentTest.moc"

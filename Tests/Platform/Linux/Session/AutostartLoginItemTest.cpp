@@ -1,0 +1,189 @@
+#include "App/Platform/Linux/Session/AutostartLoginItem.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using Status = LoginItem::Status;
+
+static const auto entryName = u"/autostart/org.corvella.Corvella.desktop"_s;
+
+struct Setup {
+    Setup()
+    {
+        qputenv("HOME", folder.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", config().toUtf8());
+        qputenv("XDG_CONFIG_DIRS", system().toUtf8());
+        write(program(), "#!/bin/sh\n");
+        QFile::setPermissions(program(), QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    QString config() const { return folder.filePath(u"config"_s); }
+    QString system() const { return folder.filePath(u"system"_s); }
+    QString program() const { return folder.filePath(u"a \"$5\" `50%` \\ folder/corvella"_s); }
+    QString own() const { return config() + entryName; }
+
+    static void write(const QString& path, const QByteArray& text)
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        if (!file.open(QFile::WriteOnly) || file.write(text) < 0)
+            qFatal("No file to be had");
+    }
+
+    static QByteArray read(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    // An entry for this program with more lines.
+    QByteArray entry(const QByteArray& lines)
+    {
+        item.registerItem();
+        const auto text = read(own());
+        QFile::remove(own());
+        return text + lines;
+    }
+
+    // What systemd makes of the autostart folders at login; absent where it is not installed.
+    std::optional<QString> unit() const
+    {
+        const auto generator
+            = u"/usr/lib/systemd/user-generators/systemd-xdg-autostart-generator"_s;
+        if (!QFileInfo::exists(generator))
+            return std::nullopt;
+        const auto out = folder.filePath(u"units"_s);
+        QDir(out).removeRecursively();
+        QDir().mkpath(out);
+        QProcess::execute(generator, { out, out, out });
+        return QString::fromUtf8(read(out + u"/app-org.corvella.Corvella@autostart.service"_s));
+    }
+
+    QTemporaryDir folder;
+    AutostartLoginItem item { program() };
+};
+
+class AutostartLoginItemTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void atFirstItIsNotRegistered()
+    {
+        Setup s;
+        QCOMPARE(s.item.status(), Status::notRegistered);
+        QVERIFY(!s.item.unregisterItem());
+        QVERIFY(!QFile::exists(s.own()));
+    }
+
+    void whatIsRegisteredIsEnabled()
+    {
+        Setup s;
+        QVERIFY(!s.item.registerItem());
+        QCOMPARE(s.item.status(), Status::enabled);
+        QVERIFY(!s.item.unregisterItem());
+        QCOMPARE(s.item.status(), Status::notRegistered);
+        QVERIFY(!QFile::exists(s.own()));
+    }
+
+    void theSessionStartsWhatIsRegistered()
+    {
+        Setup s;
+        s.item.registerItem();
+        const auto unit = s.unit();
+        if (!unit)
+            QSKIP("systemd is not installed: what it makes of the entry was not tried");
+        QVERIFY2(unit->contains("corvella"_L1), qPrintable(*unit));
+        s.item.unregisterItem();
+        QCOMPARE(s.unit(), QString());
+    }
+
+    void anEntryThatIsSwitchedOffIsNotEnabled_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::newRow("hidden") << QByteArray("Hidden=true\n");
+        QTest::newRow("switched off") << QByteArray("X-GNOME-Autostart-enabled=false\n");
+        QTest::newRow("not installed") << QByteArray("TryExec=/nonexistent/corvella\n");
+        QTest::newRow("another program") << QByteArray("Exec=/bin/true\n");
+        QTest::newRow("a program that is gone") << QByteArray("Exec=/nonexistent/corvella\n");
+        QTest::newRow("no program") << QByteArray("Exec=\n");
+    }
+
+    void anEntryThatIsSwitchedOffIsNotEnabled()
+    {
+        QFETCH(QByteArray, lines);
+        Setup s;
+        s.write(s.own(), s.entry(lines));
+        QCOMPARE(s.item.status(), Status::requiresApproval);
+        QVERIFY(!s.item.registerItem());
+        QCOMPARE(s.item.status(), Status::enabled);
+    }
+
+    void anEntryForAllUsersIsHiddenByOneOfTheUser()
+    {
+        Setup s;
+        s.write(s.system() + entryName, s.entry({}));
+        QCOMPARE(s.item.status(), Status::enabled);
+        QVERIFY(!s.item.unregisterItem());
+        QCOMPARE(s.item.status(), Status::requiresApproval);
+        if (const auto unit = s.unit())
+            QCOMPARE(*unit, QString());
+        QVERIFY(!s.item.registerItem());
+        QCOMPARE(s.item.status(), Status::enabled);
+    }
+
+    void whatCannotBeWrittenIsSaid_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("a file where the folder should be") << u"config"_s;
+        QTest::newRow("a folder where the file should be") << u"config"_s + entryName + u"/x"_s;
+    }
+
+    void whatCannotBeWrittenIsSaid()
+    {
+        QFETCH(QString, way);
+        Setup s;
+        s.write(s.folder.filePath(way), "in the way");
+        const auto failure = s.item.registerItem();
+        QVERIFY(failure);
+        QVERIFY(!failure->isEmpty());
+        QVERIFY(s.item.status() != Status::enabled);
+    }
+
+    void aReadOnlyFolderIsSaid()
+    {
+        if (geteuid() == 0)
+            QSKIP("Root may write anywhere: a folder without permission was not tried");
+        Setup s;
+        QDir().mkpath(s.config());
+        QFile::setPermissions(s.config(), QFile::ReadOwner | QFile::ExeOwner);
+        QCOMPARE(s.item.registerItem(), u"Permission denied"_s);
+        QFile::setPermissions(s.config(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    void garbageIsNoEntry_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("binary") << QByteArray("\0\xff\xfe=[", 5);
+        QTest::newRow("another group") << QByteArray("[Desktop Action x]\nExec=corvella\n");
+        QTest::newRow("large") << QByteArray(200'000, 'x');
+    }
+
+    void garbageIsNoEntry()
+    {
+        QFETCH(QByteArray, text);
+        Setup s;
+        s.write(s.own(), text);
+        QCOMPARE(s.item.status(), Status::requiresApproval);
+    }
+};
+
+QTEST_GUILESS_MAIN(AutostartLoginItemTest)
+#include "AutostartLoginItemTest.moc"
