@@ -26,7 +26,7 @@ struct Setup {
 
     QString config() const { return folder.filePath(u"config"_s); }
     QString system() const { return folder.filePath(u"system"_s); }
-    QString program() const { return folder.filePath(u"a \"$5\" `50%` \\ folder/corvella"_s); }
+    QString program() const { return folder.filePath(u"a \"$5\" `x` folder/corvella"_s); }
     QString own() const { return config() + entryName; }
 
     static void write(const QString& path, const QByteArray& text)
