@@ -2,20 +2,26 @@
 
 #include "App/Focus/PomodoroModel.h"
 #include "App/Meetings/CalendarModel.h"
+#include "App/Notch/NotchController.h"
 #include "App/Platform/PopoverWindow.h"
 #include "App/Platform/StatusItem.h"
 #include "App/StatusTitle.h"
 
 #include <QCoreApplication>
 
-AppDelegate::AppDelegate(
-    StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer, CalendarModel& calendar)
+#include <utility>
+
+AppDelegate::AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer,
+    CalendarModel& calendar, MakeNotch makeNotch)
     : m_statusItem(statusItem)
     , m_popover(popover)
     , m_timer(timer)
     , m_calendar(calendar)
+    , m_makeNotch(std::move(makeNotch))
 {
 }
+
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
@@ -24,6 +30,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_statusItem.show();
     updateTitle();
     m_timer.observe(this, [this] { updateTitle(); });
+    m_notch = m_makeNotch();
     m_calendar.checkAuthorization();
 }
 

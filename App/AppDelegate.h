@@ -1,9 +1,13 @@
-// The program's spine: what happens at launch, the item's title, and its popover.
+// The program's spine: what happens at launch, the item's title, its popover, and the widget.
 #pragma once
 
 #include <QObject>
 
+#include <functional>
+#include <memory>
+
 class CalendarModel;
+class NotchController;
 class PomodoroModel;
 class PopoverWindow;
 class StatusItem;
@@ -12,8 +16,11 @@ class AppDelegate final : public QObject {
     Q_OBJECT
 
 public:
+    using MakeNotch = std::function<std::unique_ptr<NotchController>()>;
+
     AppDelegate(StatusItem& statusItem, PopoverWindow& popover, PomodoroModel& timer,
-        CalendarModel& calendar);
+        CalendarModel& calendar, MakeNotch makeNotch);
+    ~AppDelegate() override;
 
     void applicationDidFinishLaunching();
     void showPopover();
@@ -26,4 +33,6 @@ private:
     PopoverWindow& m_popover;
     PomodoroModel& m_timer;
     CalendarModel& m_calendar;
+    MakeNotch m_makeNotch;
+    std::unique_ptr<NotchController> m_notch; // Absent until launch.
 };

@@ -4,10 +4,12 @@
 #include "App/Focus/PomodoroModel.h"
 #include "App/Meetings/CalendarModel.h"
 #include "App/Meetings/MeetingsView.h"
+#include "App/Notch/SettingsView.h"
 #include "App/Platform/AddressOpener.h"
 #include "App/Platform/AudioInput.h"
 #include "App/Platform/Clipboard.h"
 #include "App/Platform/HttpClient.h"
+#include "App/Platform/LoginItem.h"
 #include "App/Platform/ProcessInfo.h"
 #include "App/Platform/UserDefaults.h"
 #include "App/QuickActions/QuickActionsView.h"
@@ -15,6 +17,8 @@
 #include "App/Shortcuts/ShortcutsView.h"
 #include "App/System/SystemMonitor.h"
 #include "App/System/SystemView.h"
+
+#include <QCoreApplication>
 
 std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
 {
@@ -30,5 +34,6 @@ std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
         return std::make_unique<SystemView>(SystemMonitor::shared(), ProcessInfo::shared());
     if (tab == Tab::shortcuts)
         return std::make_unique<ShortcutsView>(ShortcutStore::shared());
-    return std::make_unique<QWidget>();
+    return std::make_unique<SettingsView>(
+        UserDefaults::shared(), LoginItem::shared(), QCoreApplication::quit);
 }

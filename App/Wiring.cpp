@@ -3,6 +3,9 @@
 #include "App/AppDelegate.h"
 #include "App/Focus/PomodoroModel.h"
 #include "App/Meetings/CalendarModel.h"
+#include "App/Notch/NotchController.h"
+#include "App/Notch/NotchView.h"
+#include "App/Notch/OverlayPanel.h"
 #include "App/Platform/Linux/Audio/BoundedAudioInput.h"
 #include "App/Platform/Linux/Audio/HelperSoundPlayer.h"
 #include "App/Platform/Linux/Audio/LoadedAudioInput.h"
@@ -23,9 +26,12 @@
 #include "App/Platform/Linux/Machine/LinuxProcessInfo.h"
 #include "App/Platform/Linux/Machine/SysfsPowerSources.h"
 #include "App/Platform/Linux/Machine/UPowerSources.h"
+#include "App/Platform/Linux/Screen/QtScreens.h"
 #include "App/Platform/Linux/Screen/X11Appearance.h"
 #include "App/Platform/Linux/Screen/X11Compositor.h"
+#include "App/Platform/Linux/Screen/X11OverlayWindow.h"
 #include "App/Platform/Linux/Screen/X11PopoverWindow.h"
+#include "App/Platform/Linux/Session/AutostartLoginItem.h"
 #include "App/Platform/Linux/Session/DBusNotifier.h"
 #include "App/Platform/Linux/Session/EndSignals.h"
 #include "App/Platform/Linux/Session/PortalAppearance.h"
@@ -87,11 +93,35 @@ std::unique_ptr<Clipboard> makeClipboard()
     return std::make_unique<QtClipboard>();
 }
 
+const Compositor& compositor()
+{
+    static const auto& compositor = *new X11Compositor;
+    return compositor;
+}
+
 std::unique_ptr<QWidget> makePopover()
 {
-    static auto& compositor = *new X11Compositor;
     return std::make_unique<Popover>(
-        compositor, std::make_unique<RootView>(Tab::focus, false, makeTabContent));
+        compositor(), std::make_unique<RootView>(Tab::focus, false, makeTabContent));
+}
+
+std::unique_ptr<OverlayWindow> makeOverlay(std::unique_ptr<QWidget> content)
+{
+    return std::make_unique<X11OverlayWindow>(compositor(), std::move(content));
+}
+
+std::unique_ptr<NotchPanel> makeNotchPanel(
+    NotchState& state, std::function<void(bool inside)> onHover)
+{
+    auto view = std::make_unique<NotchView>(
+        state, PomodoroModel::shared(), CalendarModel::shared(), std::move(onHover));
+    return std::make_unique<OverlayPanel>(std::move(view), makeOverlay);
+}
+
+std::unique_ptr<NotchController> makeNotch()
+{
+    static auto& screens = *new QtScreens;
+    return std::make_unique<NotchController>(UserDefaults::shared(), screens, makeNotchPanel);
 }
 
 }
@@ -148,6 +178,12 @@ HttpClient& HttpClient::shared()
 {
     static auto& client = *new HelperHttpClient(helper(u"send-request"_s));
     return client;
+}
+
+LoginItem& LoginItem::shared()
+{
+    static auto& item = *new AutostartLoginItem(QCoreApplication::applicationFilePath());
+    return item;
 }
 
 PomodoroModel& PomodoroModel::shared()
@@ -219,8 +255,8 @@ AppDelegate& Wiring::appDelegate()
     static auto& statusItem
         = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
     static auto& popover = *new X11PopoverWindow(makePopover);
-    static auto& delegate
-        = *new AppDelegate(statusItem, popover, PomodoroModel::shared(), CalendarModel::shared());
+    static auto& delegate = *new AppDelegate(
+        statusItem, popover, PomodoroModel::shared(), CalendarModel::shared(), makeNotch);
     QObject::connect(
         &singleInstance(), &SingleInstance::activated, &delegate, &AppDelegate::showPopover);
     return delegate;

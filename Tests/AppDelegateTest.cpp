@@ -1,5 +1,8 @@
 #include "App/AppDelegate.h"
+#include "App/Notch/NotchController.h"
+#include "App/Notch/NotchPanel.h"
 #include "Tests/Fakes/FakePopoverWindow.h"
+#include "Tests/Fakes/FakeScreens.h"
 #include "Tests/Fakes/FakeStatusItem.h"
 #include "Tests/Focus/FocusSetup.h"
 #include "Tests/Meetings/MeetingsSetup.h"
@@ -9,7 +12,21 @@
 
 using namespace Qt::StringLiterals;
 
+struct BarePanel final : NotchPanel {
+    void orderFront() override { }
+    void setFrame(const QRect&, bool) override { }
+};
+
 struct Setup {
+    std::unique_ptr<NotchController> makeNotch()
+    {
+        ++notches;
+        wasShownBeforeNotch = item.shown;
+        checksBeforeNotch = meetings.store.checks;
+        return std::make_unique<NotchController>(focus.defaults, screens,
+            [](NotchState&, const auto&) { return std::make_unique<BarePanel>(); });
+    }
+
     QString title() const { return item.titles.last().text; }
 
     void launch()
@@ -22,7 +39,12 @@ struct Setup {
     MeetingsSetup meetings;
     FakeStatusItem item;
     FakePopoverWindow popover;
-    AppDelegate delegate { item, popover, focus.model, meetings.model };
+    FakeScreens screens;
+    int notches = 0;
+    bool wasShownBeforeNotch = false;
+    int checksBeforeNotch = -1;
+    AppDelegate delegate { item, popover, focus.model, meetings.model,
+        [this] { return makeNotch(); } };
 };
 
 class AppDelegateTest final : public QObject {
@@ -148,6 +170,16 @@ private Q_SLOTS:
         s.meetings.store.status = AuthorizationStatus::denied;
         s.delegate.applicationDidFinishLaunching();
         QVERIFY(wasShown);
+    }
+
+    void theWidgetComesAfterTheItemAndBeforeTheCalendar()
+    {
+        Setup s;
+        QCOMPARE(s.notches, 0);
+        s.launch();
+        QCOMPARE(s.notches, 1);
+        QVERIFY(s.wasShownBeforeNotch);
+        QCOMPARE(s.checksBeforeNotch, 0);
     }
 
     void theItemCanQuitTheProgram()
