@@ -3,7 +3,6 @@
 #include "App/Meetings/MeetingEvent.h"
 
 #include <QDateTime>
-#include <QRegularExpression>
 
 #include <utility>
 
@@ -12,8 +11,9 @@ using namespace Qt::StringLiterals;
 // Without a language the format is one for machines, with seconds.
 static QString withoutSeconds(QString format)
 {
-    static const QRegularExpression seconds(u"[:.]s+"_s);
-    return format.remove(seconds);
+    for (const auto& seconds : { u":ss"_s, u".ss"_s, u":s"_s, u".s"_s })
+        format.remove(seconds);
+    return format;
 }
 
 MeetingTimes::MeetingTimes(QTimeZone zone, QLocale locale)
