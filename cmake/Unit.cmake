@@ -64,11 +64,19 @@ function(precompile target headers)
     endif()
 endfunction()
 
-# unit(<name> <source>... LINKS <target>...)
+# What is in memory all day is small first: optimized for speed the program keeps half a megabyte
+# more of its own code there, and nothing that it does then is faster to notice.
+set(corvella_resident_options $<$<CONFIG:Release>:-Os> -ffunction-sections -fdata-sections)
+set(corvella_resident_link_options LINKER:--gc-sections)
+
+# unit(<name> [FAST] <source>... LINKS <target>...): FAST for what works on megabytes at once.
 function(unit name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" LINKS)
+    cmake_parse_arguments(PARSE_ARGV 1 arg FAST "" LINKS)
     add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PUBLIC corvella_options ${arg_LINKS})
+    if(NOT arg_FAST)
+        target_compile_options(${name} PRIVATE ${corvella_resident_options})
+    endif()
     if(arg_LINKS) # Without any it does not know Qt either.
         precompile(${name} precompiled)
     endif()
