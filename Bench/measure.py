@@ -2,7 +2,9 @@
 """Measures the three programs on the desktop it is started on, and prints the table."""
 
 import argparse
+import json
 import os
+import subprocess
 import sys
 import time
 
@@ -11,6 +13,7 @@ from programs import (
 )
 
 FLOOR = os.path.join(BUILD, "bench", "floor")
+NEIGHBOUR = os.path.join(BUILD, "bench", "neighbour")
 TIMER = "/usr/bin/kteatime"
 CLICK_WATCH = os.path.join(BUILD, "bench", "click-watch")
 
@@ -46,6 +49,43 @@ def measure_round(figures):
     figures.add("corvella", "later click to paint", click_item())
     press("Escape")
     add_memory(figures, "corvella", "popover closed again", corvella)
+    corvella.stop()
+
+
+def measure_beside_neighbour(figures):
+    """At rest while another Qt program has in memory what all of them share."""
+    neighbour = subprocess.Popen([NEIGHBOUR], stderr=subprocess.DEVNULL)
+    output("xdotool", "search", "--sync", "--onlyvisible", "--name", "^Neighbour$")
+    for name, command in (("floor", FLOOR), ("corvella", CORVELLA)):
+        program = Program(command)
+        add_memory(figures, name, "beside another", program)
+        program.stop()
+    neighbour.terminate()
+    neighbour.wait(10)
+
+
+def give_consent():
+    """To a calendar with an event; the next start reads it."""
+    calendar = os.path.join(os.environ["XDG_DATA_HOME"], "calendars", "day.ics")
+    settings = os.path.join(os.environ["XDG_CONFIG_HOME"], "corvella", "defaults.json")
+    for path in (calendar, settings):
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(calendar, "w", encoding="ascii", newline="\r\n") as file:
+        print("BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//Corvella//Bench//", "BEGIN:VEVENT",
+              "UID:daily", "DTSTAMP:20200101T000000Z", "DTSTART:20200101T233000Z",
+              "DTEND:20200101T234500Z", "RRULE:FREQ=DAILY", "SUMMARY:Daily", "END:VEVENT",
+              "END:VCALENDAR", sep="\n", file=file)
+    with open(settings, "w", encoding="utf-8") as file:
+        json.dump({"calendarAccess": True}, file)
+
+
+def measure_with_consent(figures, seconds):
+    give_consent()
+    corvella = Program(CORVELLA)
+    time.sleep(5 * REST)  # Calendars are read.
+    add_memory(figures, "corvella", "with calendars", corvella)
+    count_wakeups(
+        figures, 5 * seconds, "wakeups a minute, with calendars", {"corvella": corvella})
     corvella.stop()
 
 
@@ -88,9 +128,11 @@ ROWS = [
     ("private, at rest", "private, at rest", "MB", 1.8, None),
     ("private, popover open", "private, at rest", "MB", 1.8, None),
     ("private, popover closed again", "private, at rest", "MB", None, None),
+    ("private, beside another", "private, beside another", "MB", None, 4.5),
+    ("private, with calendars", "private, at rest", "MB", None, None),
     ("private dirty, at rest", "private dirty, at rest", "MB", None, None),
     ("private dirty, popover open", "private dirty, at rest", "MB", None, None),
-    ("PSS, at rest", "PSS, at rest", "MB", 1.3, None),
+    ("PSS, at rest", "PSS, at rest", "MB", 1.35, None),
     ("PSS, popover open", "PSS, at rest", "MB", 1.3, None),
     ("PSS, popover closed again", "PSS, at rest", "MB", None, None),
     ("exec to item", "exec to item", "ms", None, None),
@@ -99,6 +141,7 @@ ROWS = [
     ("later click to paint", None, "ms", None, 16),
     ("wakeups a minute, idle", "wakeups a minute, idle", "", None, 0),
     ("wakeups a minute, idle after use", "wakeups a minute, idle", "", None, 0),
+    ("wakeups a minute, with calendars", "wakeups a minute, idle", "", None, 1.2),
     ("wakeups a minute, running", None, "", None, None),
     ("switches a tick, running", None, "", None, 4),
 ]
@@ -130,9 +173,11 @@ def main():
     for number in range(wanted.rounds):
         print(f"\rRound {number + 1} of {wanted.rounds}", end="", file=sys.stderr)
         measure_round(figures)
-    print("\rThree times", wanted.seconds, "seconds of wakeups", file=sys.stderr)
+        measure_beside_neighbour(figures)
+    print("\rEight times", wanted.seconds, "seconds of wakeups", file=sys.stderr)
     if wanted.seconds:
         measure_wakeups(figures, wanted.seconds)
+        measure_with_consent(figures, wanted.seconds)
     print_table(figures)
 
 
