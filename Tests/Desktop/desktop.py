@@ -167,7 +167,9 @@ class Corvella:
             program = desktop.get_child_at_index(index)
             if program and program.get_process_id() == self.process.pid:
                 for each in children(program):
-                    if each.get_name() == "Corvella" and is_showing(each):
+                    # The widget has that name, too, and nothing in it.
+                    is_popover = each.get_name() == "Corvella" and each.get_child_count()
+                    if is_popover and is_showing(each):
                         return each
         return None
 

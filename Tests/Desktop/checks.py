@@ -1,0 +1,289 @@
+"""What Corvella has to do on every desktop: checks.py PROGRAM DESKTOP SCALE RESULTS."""
+
+import json
+import os
+import re
+import sys
+import time
+import traceback
+
+from gi.repository import Atspi
+
+import desktop
+import session
+from desktop import Corvella, stored, wait_until
+
+BLACK = 24  # What a picture's compression and a panel's blending may add.
+GAP = 14  # Points; between the panel and the popover there are fewer.
+
+
+class Scene:
+    """A desktop with Corvella on it, and where its item stands."""
+
+    def __init__(self, stage, folder):
+        self.stage = stage
+        self.folder = folder
+        self.corvella = None
+        self.item = None  # x, y, width, height
+
+    def picture(self, name):
+        path = os.path.join(self.folder, f"{name}.png")
+        self.stage.picture(path)
+        return path
+
+    def settled(self, name, is_ticking=False):
+        """A picture of the screen once it stands still, but for the seconds."""
+        path = os.path.join(self.folder, f"{name}.png")
+        os.replace(session.settled(self.stage.picture, self.folder, 3 if is_ticking else 30), path)
+
+    def crop(self, name, box):
+        x, y, width, height = box
+        around = x - 24, y - 12, width + 48, height + 24
+        picture = os.path.join(self.folder, f"{name}.png")
+        session.crop(picture, around, os.path.join(self.folder, f"item-{name}.png"))
+
+    def launch(self):
+        self.settled("empty")
+        self.corvella = Corvella(is_shown=False)
+
+    def points(self, length):
+        return length * self.stage.scale
+
+    def open_without_item(self):
+        if not self.corvella.popover():
+            self.corvella.start_again()
+        wait_until(self.corvella.popover, "the popover opens", 20)
+
+    def open_by_item(self):
+        """Opens it as a person would, by the item, where it is closed."""
+        if self.corvella.popover():
+            return
+        if not self.item:
+            raise AssertionError("nobody knows where the item is")
+        x, y, width, height = self.item
+        if self.stage.opens_by == "start":
+            self.open_without_item()
+            return
+        for _ in range(2 if self.stage.opens_by == "double click" else 1):
+            self.stage.click(x + width // 2, y + height // 2)
+        wait_until(self.corvella.popover, "the popover opens", 20)
+
+    def close(self):
+        if self.corvella.popover():
+            self.stage.press_key("Escape")
+            self.corvella.wait_until_closed()
+
+    def popover(self):
+        """The popover's body in pixels: x, y, width, height. It opens on the tab that was chosen."""
+        tab = self.corvella.find("page tab", "Focus").get_extents(Atspi.CoordType.SCREEN)
+        return tuple(self.points(each) for each in (tab.x - 8, tab.y - 8, 400, 500))
+
+    def is_black(self, picture, *places):
+        """Whether all places are, given in points from the middle of the screen's upper edge."""
+        middle = self.stage.size[0] // 2
+        return all(
+            max(session.colour(picture, middle + self.points(x), self.points(y))) <= BLACK
+            for x, y in places
+        )
+
+    def widget_is(self, width, height):
+        """Whether the widget has that size, by what is black and what is not."""
+        picture = self.picture("widget")
+        inside = [(0, 3), (-width // 2 + 8, 3), (width // 2 - 8, 3), (0, height - 3)]
+        outside = [(-width // 2 - 12, height + 6), (0, height + 6)]
+        return self.is_black(picture, *inside) and not any(
+            self.is_black(picture, each) for each in outside
+        )
+
+
+def the_item_shows_its_title(scene):
+    scene.settled("idle")
+    scene.open_without_item()
+    scene.corvella.press("Focus", "page tab")
+    scene.corvella.press("Start")
+    scene.close()
+    wait_until(lambda: changed(scene, "idle", "running"), "the item changes with the timer", 20)
+    scene.settled("running", is_ticking=True)
+    ran = changed(scene, "idle", "running")
+    scene.open_without_item()
+    scene.corvella.press("Reset")
+    scene.close()
+    # What the timer changes and what was not there before is the item, not what it pushed aside.
+    scene.item = session.common(ran, changed(scene, "empty", "idle")) or ran
+    scene.crop("idle", scene.item)
+    scene.crop("running", ran)
+    is_wide = ran[2] > 1.4 * ran[3]
+    if is_wide != (scene.stage.title != "square"):
+        raise AssertionError(f"the item is {ran[2]} x {ran[3]}, expected {scene.stage.title}")
+
+
+def changed(scene, before, after):
+    """What differs in the panel; the widget, which shows the timer too, is left out."""
+    if after == "running":
+        scene.picture(after)
+    one, other = (os.path.join(scene.folder, f"{each}.png") for each in (before, after))
+    x, y, width, height = scene.stage.panel()
+    middle, half = x + width // 2, scene.points(170)
+    right = session.difference(one, other, (middle + half, y, width - half - middle, height))
+    return right or session.difference(one, other, (x, y, middle - half - x, height))
+
+
+def the_item_opens_the_popover_beside_the_panel(scene):
+    scene.open_by_item()
+    left, top, width, height = scene.popover()
+    px, py, pw, ph = scene.stage.panel()
+    scene.picture("popover")
+    screen_width = scene.stage.size[0]
+    if scene.stage.panel_edge == "top":
+        gap = top - (py + ph)
+    else:
+        gap = py - (top + height)
+    if not -1 <= gap <= scene.points(GAP):
+        raise AssertionError(f"{gap} pixels between the panel and the popover")
+    if left < 0 or left + width > screen_width:
+        raise AssertionError("it hangs over the screen's edge")
+    middle = scene.item[0] + scene.item[2] / 2
+    wanted = min(max(middle - width / 2, 0), screen_width - width)
+    if abs(left - wanted) > scene.points(GAP) + scene.item[2]:
+        raise AssertionError(f"it stands at {left}, the item's middle is {middle}")
+    scene.close()
+
+
+def keys_reach_the_popover_at_once(scene):
+    scene.open_by_item()
+    scene.corvella.press("Focus", "page tab")
+    scene.close()
+    scene.open_by_item()
+    scene.stage.type_text("plan")
+    wait_until(lambda: stored().get("taskName") == "plan", "the text is stored", 20)
+    scene.close()
+
+
+def a_click_elsewhere_closes_the_popover(scene):
+    scene.open_by_item()
+    width, height = scene.stage.size
+    scene.stage.click(width // 4, height // 2)
+    scene.corvella.wait_until_closed()
+
+
+def escape_and_the_item_close_the_popover(scene):
+    scene.open_by_item()
+    scene.stage.press_key("Escape")
+    scene.corvella.wait_until_closed()
+    scene.open_by_item()
+    x, y, width, height = scene.item
+    scene.stage.click(x + width // 2, y + height // 2)
+    scene.corvella.wait_until_closed()
+
+
+def the_clipboard_is_read_and_written(scene):
+    text = "so do i  ,i think.Yes"
+    scene.stage.copy(text)
+    scene.open_by_item()
+    corvella = scene.corvella
+    corvella.press("Actions", "page tab")
+    area = corvella.find("text", "Clipboard text")
+    wait_until(lambda: text_of(area) == text, "the text is pasted", 20)
+    corvella.press("Fix spacing & case")
+    corvella.press("Copy")
+    wait_until(lambda: scene.stage.clipboard() == "So do I, I think. Yes", "it is copied", 20)
+    corvella.press("Focus", "page tab")
+    scene.close()
+
+
+def text_of(area):
+    area.clear_cache()
+    return Atspi.Text.get_text(area, 0, -1)
+
+
+def the_widget_lies_over_the_panel(scene):
+    scene.stage.move(40, scene.stage.size[1] // 2)
+    wait_until(lambda: scene.widget_is(150, 30), "the widget is at the top, 150 x 30", 20)
+    os.replace(scene.picture("widget"), os.path.join(scene.folder, "widget-collapsed.png"))
+
+
+def the_pointer_grows_the_widget(scene):
+    keyboard = scene.stage.keyboard_owner()
+    scene.stage.move(scene.stage.size[0] // 2, scene.points(12))
+    wait_until(lambda: scene.widget_is(320, 96), "the widget grows to 320 x 96", 20)
+    os.replace(scene.picture("widget"), os.path.join(scene.folder, "widget-expanded.png"))
+    scene.stage.click(scene.stage.size[0] // 2, scene.points(12))
+    if scene.stage.keyboard_owner() != keyboard:
+        raise AssertionError("it took the keyboard")
+    scene.stage.move(40, scene.stage.size[1] // 2)
+    wait_until(lambda: scene.widget_is(150, 30), "the widget shrinks again", 20)
+
+
+CHECKS = [
+    the_item_shows_its_title,
+    the_item_opens_the_popover_beside_the_panel,
+    keys_reach_the_popover_at_once,
+    a_click_elsewhere_closes_the_popover,
+    escape_and_the_item_close_the_popover,
+    the_clipboard_is_read_and_written,
+    the_widget_lies_over_the_panel,
+    the_pointer_grows_the_widget,
+]
+
+
+def sentence(check):
+    return check.__name__.replace("_", " ")
+
+
+def attempt(check, scene):
+    """Why a check failed; None when it passed."""
+    try:
+        check(scene)
+        return None
+    except Exception as error:  # Whatever it is, the others are still tried.
+        traceback.print_exc()
+        try:
+            scene.picture("failed-" + check.__name__)
+            scene.close()
+        except Exception:
+            pass
+        return str(error) or type(error).__name__
+
+
+def try_all(stage, scene):
+    outcome = {"version": "", "passed": [], "failed": {}, "not_tried": []}
+    for check in CHECKS:
+        why_not = stage.cannot.get(check.__name__)
+        if why_not:
+            outcome["not_tried"].append(f"{sentence(check)} ({why_not})")
+            continue
+        began = time.monotonic()
+        failure = attempt(check, scene)
+        print(sentence(check), "passed" if failure is None else failure, file=sys.stderr, end=", ")
+        print(f"{time.monotonic() - began:.1f} s", file=sys.stderr, flush=True)
+        if failure is None:
+            outcome["passed"].append(sentence(check))
+        else:
+            outcome["failed"][sentence(check)] = re.sub(r"\s+", " ", failure)
+    return outcome
+
+
+def main():
+    Corvella.program, name, scale, results = sys.argv[1:]
+    stage = session.load(name)(int(scale))
+    scene = Scene(stage, os.path.dirname(results))
+    outcome = {"version": "", "passed": [], "failed": {}, "not_tried": []}
+    try:
+        outcome["version"] = stage.version()
+        stage.start()
+        desktop.enable_accessibility()
+        scene.launch()
+        outcome = {**try_all(stage, scene), "version": outcome["version"]}
+    except Exception as error:
+        traceback.print_exc()
+        outcome["failed"]["starts"] = str(error) or type(error).__name__
+    finally:
+        if scene.corvella:
+            scene.corvella.stop()
+        stage.stop()
+    with open(results, "w", encoding="utf-8") as file:
+        json.dump(outcome, file)
+
+
+if __name__ == "__main__":
+    main()
