@@ -22,6 +22,7 @@ def load(name):
 class Session:
     """What every desktop can be asked; places and sizes are in pixels of its pictures."""
 
+    parts = ()  # The packages that make the desktop, the most telling one first.
     # What the panel shows: "docked" (a window), "label", "wide" (a picture) or "square".
     title = "square"
     panel_edge = "top"
@@ -39,8 +40,11 @@ class Session:
         """The command that gives another one a home, a bus and a display."""
         raise NotImplementedError
 
-    def version(self):
-        raise NotImplementedError
+    @classmethod
+    def version(cls):
+        """The desktop's parts as installed, without what the distribution adds to a version."""
+        versions = run("dpkg-query --show --showformat='${Package} ${Version}\\n' " + " ".join(cls.parts))
+        return ", ".join(re.sub(r"( )\d+:|-[^-]*$", r"\1", line) for line in versions.splitlines())
 
     def start(self):
         """Returns once the panel is there."""
@@ -85,7 +89,12 @@ class X11Session(Session):
     def write_settings(self):
         pass
 
+    environment = {}
+
     def start(self):
+        os.environ.update(self.environment)
+        # The bus was there before the display, and starts parts of the desktop, too.
+        run("dbus-update-activation-environment --all")
         self.write_settings()
         self.manager = Daemon(self.window_manager)
         wait_until(self.has_window_manager, "the window manager runs", 60)

@@ -1,9 +1,7 @@
 """openbox and xfce4-panel without a compositor: the item is a window in the panel's tray."""
 
 import os
-import re
 
-from desktop import run
 from session import X11Session
 
 PANEL = """<?xml version="1.0"?>
@@ -35,13 +33,9 @@ PANEL = """<?xml version="1.0"?>
 
 
 class Desktop(X11Session):
+    parts = ("openbox", "xfce4-panel")
     title = "docked"
     panel_command = "xfce4-panel --disable-wm-check"
-
-    def version(self):
-        panel = re.search(r"xfce4-panel ([\d.]+)", run("xfce4-panel --version"))[1]
-        manager = re.search(r"Openbox ([\d.]+)", run("openbox --version"))[1]
-        return f"openbox {manager}, xfce4-panel {panel}"
 
     def write_settings(self):
         folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "xfce4/xfconf/xfce-perchannel-xml")
