@@ -21,7 +21,7 @@ private Q_SLOTS:
         QTest::addRow("Plasma") << u"kded5"_s << int(square) << false << false;
         QTest::addRow("waybar") << u"waybar"_s << int(wide) << false << false;
         QTest::addRow("Xfce") << u"xfce4-panel"_s << int(square) << false << true;
-        QTest::addRow("LXQt") << u"lxqt-panel"_s << int(square) << false << true;
+        QTest::addRow("LXQt") << u"lxqt-panel"_s << int(square) << false << false;
         QTest::addRow("unknown") << u"some-new-bar"_s << int(square) << false << true;
         QTest::addRow("nameless") << QString() << int(square) << false << true;
     }
