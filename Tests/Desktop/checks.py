@@ -49,7 +49,7 @@ class Scene:
     def points(self, length):
         return length * self.stage.scale
 
-    def open_without_item(self):
+    def open_by_start(self):
         if not self.corvella.popover():
             self.corvella.start_again()
         wait_until(self.corvella.popover, "the popover opens", 20)
@@ -62,7 +62,7 @@ class Scene:
             raise AssertionError("nobody knows where the item is")
         x, y, width, height = self.item
         if self.stage.opens_by == "start":
-            self.open_without_item()
+            self.open_by_start()
             return
         for _ in range(2 if self.stage.opens_by == "double click" else 1):
             self.stage.click(x + width // 2, y + height // 2)
@@ -78,41 +78,57 @@ class Scene:
         tab = self.corvella.find("page tab", "Focus").get_extents(Atspi.CoordType.SCREEN)
         return tuple(self.points(each) for each in (tab.x - 8, tab.y - 8, 400, 500))
 
-    def is_black(self, picture, *places):
-        """Whether all places are, given in points from the middle of the screen's upper edge."""
-        middle = self.stage.size[0] // 2
+    def is_black(self, picture, middle, *places):
+        """Whether all places are, given in points from a pixel of the screen's upper edge."""
         return all(
             max(session.colour(picture, middle + self.points(x), self.points(y))) <= BLACK
             for x, y in places
         )
 
-    def widget_is(self, width, height):
+    def widget_is(self, width, height, middle=None):
         """Whether the widget has that size, by what is black and what is not."""
+        middle = middle or self.stage.size[0] // 2
         picture = self.picture("widget")
-        inside = [(0, 3), (-width // 2 + 8, 3), (width // 2 - 8, 3), (0, height - 3)]
-        outside = [(-width // 2 - 12, height + 6), (0, height + 6)]
-        return self.is_black(picture, *inside) and not any(
-            self.is_black(picture, each) for each in outside
+        side = width // 2
+        inside = [(0, 3), (8 - side, 3), (side - 8, 3), (0, height - 3)]
+        outside = [(-side - 12, height + 6), (0, height + 6), (2 - side, height - 2)]
+        return self.is_black(picture, middle, *inside) and not any(
+            self.is_black(picture, middle, each) for each in outside
         )
+
+    def wait_for_widget(self, what, width=150, height=30, middle=None, seconds=20):
+        wait_until(lambda: self.widget_is(width, height, middle), what, seconds)
+
+    def keep(self, picture, name):
+        os.replace(os.path.join(self.folder, f"{picture}.png"), os.path.join(self.folder, f"{name}.png"))
+
+    def item_is_back(self):
+        """Whether the panel looks where the item stood as it did before."""
+        return not session.difference(
+            os.path.join(self.folder, "idle.png"), self.picture("now"), self.item
+        )
+
+    def wait_for_item(self, seconds=60):
+        wait_until(self.item_is_back, "the item is back in the panel", seconds)
 
 
 def the_item_shows_its_title(scene):
     scene.settled("idle")
-    scene.open_without_item()
+    scene.open_by_start()
     scene.corvella.press("Focus", "page tab")
     scene.corvella.press("Start")
     scene.close()
     wait_until(lambda: changed(scene, "idle", "running"), "the item changes with the timer", 20)
     scene.settled("running", is_ticking=True)
     ran = changed(scene, "idle", "running")
-    scene.open_without_item()
+    scene.open_by_start()
     scene.corvella.press("Reset")
     scene.close()
     # What the timer changes and what was not there before is the item, not what it pushed aside.
     scene.item = session.common(ran, changed(scene, "empty", "idle")) or ran
     scene.crop("idle", scene.item)
     scene.crop("running", ran)
-    is_wide = ran[2] > 1.4 * ran[3]
+    is_wide = ran[2] > scene.stage.panel()[3]
     if is_wide != (scene.stage.title != "square"):
         raise AssertionError(f"the item is {ran[2]} x {ran[3]}, expected {scene.stage.title}")
 
@@ -198,20 +214,71 @@ def text_of(area):
 
 def the_widget_lies_over_the_panel(scene):
     scene.stage.move(40, scene.stage.size[1] // 2)
-    wait_until(lambda: scene.widget_is(150, 30), "the widget is at the top, 150 x 30", 20)
-    os.replace(scene.picture("widget"), os.path.join(scene.folder, "widget-collapsed.png"))
+    scene.wait_for_widget("the widget is at the top, 150 x 30")
+    scene.keep("widget", "widget-collapsed")
 
 
 def the_pointer_grows_the_widget(scene):
     keyboard = scene.stage.keyboard_owner()
     scene.stage.move(scene.stage.size[0] // 2, scene.points(12))
-    wait_until(lambda: scene.widget_is(320, 96), "the widget grows to 320 x 96", 20)
-    os.replace(scene.picture("widget"), os.path.join(scene.folder, "widget-expanded.png"))
+    scene.wait_for_widget("the widget grows to 320 x 96", 320, 96)
+    scene.keep("widget", "widget-expanded")
     scene.stage.click(scene.stage.size[0] // 2, scene.points(12))
     if scene.stage.keyboard_owner() != keyboard:
         raise AssertionError("it took the keyboard")
     scene.stage.move(40, scene.stage.size[1] // 2)
-    wait_until(lambda: scene.widget_is(150, 30), "the widget shrinks again", 20)
+    scene.wait_for_widget("the widget shrinks again")
+
+
+def a_compositor_may_go_and_come(scene):
+    stage = scene.stage
+    steps = [("without", stage.stop_compositor), ("with", stage.start_compositor)]
+    for name, change in steps if stage.composited else reversed(steps):
+        change()
+        scene.wait_for_widget(f"the widget has its shape {name} a compositor")
+        scene.wait_for_item()
+        scene.open_by_item()
+        scene.picture(f"popover-{name}-compositor")
+        scene.close()
+
+
+def the_item_comes_back_with_its_panel(scene):
+    scene.stage.restart_panel()
+    scene.wait_for_item()
+    scene.wait_for_widget("the widget lies over the new panel")
+    scene.open_by_item()
+    scene.close()
+
+
+def the_widget_moves_to_the_first_monitor(scene):
+    stage = scene.stage
+    stage.two_monitors()
+    try:
+        middle = stage.size[0] * 3 // 4
+        scene.wait_for_widget("the widget is on the right monitor", middle=middle)
+        scene.keep("widget", "two-monitors")
+    finally:
+        stage.one_monitor()
+    scene.wait_for_widget("the widget is in the middle again")
+
+
+def the_widget_follows_the_screens_size(scene):
+    stage = scene.stage
+    width, height = stage.resize(0.8)
+    try:
+        scene.wait_for_widget("the widget is in the smaller screen's middle", middle=width // 2)
+        scene.open_by_start()
+        left, top, *_ = scene.popover()
+        if left + scene.points(400) > width or top + scene.points(500) > height:
+            raise AssertionError(f"the popover at {left}, {top} hangs over {width} x {height}")
+        scene.keep("widget", "smaller-screen")
+        scene.close()
+    finally:
+        stage.resize(1)
+    scene.wait_for_widget("the widget is in the middle again")
+    scene.wait_for_item()
+    scene.open_by_item()
+    scene.close()
 
 
 CHECKS = [
@@ -223,6 +290,10 @@ CHECKS = [
     the_clipboard_is_read_and_written,
     the_widget_lies_over_the_panel,
     the_pointer_grows_the_widget,
+    a_compositor_may_go_and_come,
+    the_item_comes_back_with_its_panel,
+    the_widget_moves_to_the_first_monitor,
+    the_widget_follows_the_screens_size,
 ]
 
 

@@ -177,6 +177,17 @@ class X11Session(Session):
         run("xrandr --delmonitor left")
         run("xrandr --delmonitor right")
 
+    def resize(self, part):
+        """Makes the screen that part of its first size, and returns the new one."""
+        width, height = (int(each * part) for each in self.size)
+        if part != 1:
+            timings = f"40 {width} {width + 8} {width + 16} {width + 32}"
+            timings += f" {height} {height + 1} {height + 2} {height + 8}"
+            run(f"xrandr --newmode smaller {timings}")
+            run("xrandr --addmode screen smaller")
+        run(f"xrandr --output screen --mode {f'{width}x{height}' if part == 1 else 'smaller'}")
+        return width, height
+
 
 def is_selection_owned(name):
     """Whether a program owns that selection of the display."""
