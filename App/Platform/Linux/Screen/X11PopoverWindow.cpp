@@ -32,6 +32,21 @@ void keepOffTaskbarsAndPagers(xcb_window_t window)
         X11Connection::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(), states.data());
 }
 
+// Else a window manager that keeps windows inside the screen would keep the shadow inside, too.
+void tellShadow(const QWidget& content)
+{
+    const auto margins = content.contentsMargins();
+    const auto pixels = [&content](int points) {
+        return static_cast<uint32_t>(std::lround(points * content.devicePixelRatioF()));
+    };
+    const std::array extents { pixels(margins.left()), pixels(margins.right()),
+        pixels(margins.top()), pixels(margins.bottom()) };
+    xcb_change_property(X11Connection::connection(), XCB_PROP_MODE_REPLACE,
+        static_cast<xcb_window_t>(content.internalWinId()),
+        X11Connection::atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(),
+        extents.data());
+}
+
 QScreen* screenOf(const QRect& anchor)
 {
     auto* const screen = anchor.isNull() ? nullptr : QGuiApplication::screenAt(anchor.center());
@@ -68,8 +83,10 @@ void X11PopoverWindow::show(const QRect& anchor)
     if (!m_content)
         build();
     place(anchor);
-    if (X11Connection::connection())
+    if (X11Connection::connection()) {
         keepOffTaskbarsAndPagers(static_cast<xcb_window_t>(m_content->winId()));
+        tellShadow(*m_content);
+    }
     m_content->show();
 }
 
@@ -98,6 +115,8 @@ bool X11PopoverWindow::eventFilter(QObject* watched, QEvent* event)
         close();
         return true;
     }
+    if (event->type() == QEvent::ContentsRectChange && isShown() && X11Connection::connection())
+        tellShadow(*m_content);
     // Also when the window manager closes it: the catcher must not outlive what it is for.
     if (event->type() == QEvent::Hide)
         m_catcher.hide();
