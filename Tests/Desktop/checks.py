@@ -52,21 +52,26 @@ class Scene:
     def open_by_start(self):
         if not self.corvella.popover():
             self.corvella.start_again()
-        wait_until(self.corvella.popover, "the popover opens", 20)
+        self.wait_for_keyboard()
 
     def open_by_item(self):
         """Opens it as a person would, by the item, where it is closed."""
         if self.corvella.popover():
             return
-        if not self.item:
-            raise AssertionError("nobody knows where the item is")
-        x, y, width, height = self.item
         if self.stage.opens_by == "start":
             self.open_by_start()
             return
+        self.wait_for_item()
+        x, y, width, height = self.item
         for _ in range(2 if self.stage.opens_by == "double click" else 1):
             self.stage.click(x + width // 2, y + height // 2)
-        wait_until(self.corvella.popover, "the popover opens", 20)
+        self.wait_for_keyboard()
+
+    def wait_for_keyboard(self):
+        def has_keyboard():
+            return desktop.has_state(self.corvella.popover(), Atspi.StateType.ACTIVE)
+
+        wait_until(has_keyboard, "the popover opens and has the keyboard", 30)
 
     def close(self):
         if self.corvella.popover():
@@ -102,14 +107,27 @@ class Scene:
     def keep(self, picture, name):
         os.replace(os.path.join(self.folder, f"{picture}.png"), os.path.join(self.folder, f"{name}.png"))
 
-    def item_is_back(self):
-        """Whether the panel looks where the item stood as it did before."""
-        return not session.difference(
-            os.path.join(self.folder, "idle.png"), self.picture("now"), self.item
-        )
+    def find_item(self):
+        """Where the item stands by now, while the timer is off: others may have pushed it aside."""
+        idle, now = os.path.join(self.folder, "idle.png"), self.picture("now")
+        if session.difference(idle, now, self.item):
+            x, y, width, height = self.item
+            more = self.stage.scale * 3
+            wide = x - more, y - more, width + 2 * more, height + 2 * more
+            found = session.place_of(idle, wide, now, self.stage.panel())
+            self.item = found and (found[0] + more, found[1] + more, width, height)
+        return self.item
 
-    def wait_for_item(self, seconds=60):
-        wait_until(self.item_is_back, "the item is back in the panel", seconds)
+    def wait_for_item(self, seconds=90):
+        if not self.item:
+            raise AssertionError("nobody knows where the item is")
+        last = self.item
+
+        def is_there():
+            self.item = last
+            return self.find_item()
+
+        wait_until(is_there, "the item is in the panel", seconds)
 
 
 def the_item_shows_its_title(scene):

@@ -234,6 +234,22 @@ def difference(one, other, area=None):
     return x + (area[0] if area else 0), y + (area[1] if area else 0), width, height
 
 
+def place_of(picture, box, other, area):
+    """Where an area of another picture looks like a box of the first: x, y; None where nowhere."""
+    parts = [
+        "( %s -crop %dx%d+%d+%d +repage )" % (path, part[2], part[3], part[0], part[1])
+        for path, part in ((other, area), (picture, box))
+    ]
+    command = ["compare", "-metric", "RMSE", "-subimage-search", "-colorspace", "gray"]
+    answer = subprocess.run(
+        [*command, *" ".join(parts).split(), "null:"], capture_output=True, text=True, timeout=120
+    ).stderr
+    found = re.search(r"\(([\d.e-]+)\) @ (\d+),(\d+)", answer)
+    if not found or float(found[1]) > 0.15:
+        return None
+    return int(found[2]) + area[0], int(found[3]) + area[1]
+
+
 def common(one, other):
     """The part that two boxes share; None where they do not touch."""
     if not one or not other:
