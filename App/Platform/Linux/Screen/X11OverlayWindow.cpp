@@ -49,6 +49,7 @@ void X11OverlayWindow::orderFront()
 void X11OverlayWindow::setFrame(const QRect& frame)
 {
     m_content->setGeometry(frame);
+    m_foreground.raiseSoon(); // Panels move with the screens, too.
 }
 
 void X11OverlayWindow::setShape(const QRegion& shape)

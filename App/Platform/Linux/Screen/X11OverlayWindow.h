@@ -1,6 +1,7 @@
 // An overlay as an X11 window that no window manager touches.
 #pragma once
 
+#include "App/Platform/Linux/Screen/X11Foreground.h"
 #include "App/Platform/OverlayWindow.h"
 
 #include <QObject>
@@ -26,5 +27,6 @@ private:
 
     const Compositor& m_compositor;
     std::unique_ptr<QWidget> m_content;
+    X11Foreground m_foreground { *m_content };
     QRegion m_shape;
 };
