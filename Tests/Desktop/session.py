@@ -26,7 +26,8 @@ class Session:
     # What the panel shows: "docked" (a window), "label", "wide" (a picture) or "square".
     title = "square"
     panel_edge = "top"
-    panel_size = 28  # At scale 1.
+    panel_size = 28
+    panel_scales = True
     opens_by = "click"  # Or "double click", or "start": of the program a second time.
     # Checks that cannot be made here, and why.
     cannot = {}
@@ -59,7 +60,7 @@ class Session:
     def panel(self):
         """The panel: x, y, width, height."""
         width, height = self.size
-        thickness = self.panel_size * self.scale
+        thickness = self.panel_size * (self.scale if self.panel_scales else 1)
         return 0, 0 if self.panel_edge == "top" else height - thickness, width, thickness
 
 
@@ -113,7 +114,7 @@ class X11Session(Session):
         """Whether the window manager keeps other windows off the panel."""
         area = re.search(r"= ([\d, ]+)", run("xprop -root -notype _NET_WORKAREA"))[1]
         height = int(area.split(",")[3])
-        return height <= self.size[1] - self.panel_size * self.scale * 0.8
+        return height <= self.size[1] - self.panel()[3] * 0.8
 
     def restart_panel(self):
         self.panel_process.stop()
@@ -245,7 +246,7 @@ def place_of(picture, box, other, area):
         [*command, *" ".join(parts).split(), "null:"], capture_output=True, text=True, timeout=120
     ).stderr
     found = re.search(r"\(([\d.e-]+)\) @ (\d+),(\d+)", answer)
-    if not found or float(found[1]) > 0.15:
+    if not found or float(found[1]) > 0.2:
         return None
     return int(found[2]) + area[0], int(found[3]) + area[1]
 

@@ -8,6 +8,7 @@ class Desktop(X11Session):
     title = "square"
     panel_edge = "bottom"
     panel_size = 32
+    panel_scales = False
     panel_command = "lxqt-panel"
     # As its session sets it: that is where its own settings are.
     environment = {
