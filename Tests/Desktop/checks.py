@@ -25,6 +25,7 @@ class Scene:
         self.folder = folder
         self.corvella = None
         self.item = None  # x, y, width, height
+        self.first = None  # Where it was in the picture "idle".
 
     def picture(self, name):
         path = os.path.join(self.folder, f"{name}.png")
@@ -111,27 +112,23 @@ class Scene:
         """Where the item stands by now, while the timer is off: others may have pushed it aside."""
         self.stage.move(40, self.stage.size[1] // 2)  # It may look different under the pointer.
         idle, now = os.path.join(self.folder, "idle.png"), self.picture("now")
-        if session.difference(idle, now, self.item):
-            x, y, width, height = self.item
-            more = self.stage.scale * 3
-            wide = x - more, y - more, width + 2 * more, height + 2 * more
-            found = session.place_of(idle, wide, now, self.stage.panel())
-            self.item = found and (found[0] + more, found[1] + more, width, height)
-        return self.item
+        if not session.difference(idle, now, self.first):
+            return self.first
+        x, y, width, height = self.first
+        more = self.stage.scale * 3
+        wide = x - more, y - more, width + 2 * more, height + 2 * more
+        found = session.place_of(idle, wide, now, self.stage.panel())
+        return found and (found[0] + more, found[1] + more, width, height)
 
     def wait_for_item(self, seconds=90):
-        if not self.item:
+        if not self.first:
             raise AssertionError("nobody knows where the item is")
-        last = self.item
 
-        def is_there():
-            self.item = last
-            return self.find_item()
+        def stands_still():
+            self.item = self.find_item()
+            return self.item and self.item == self.find_item()
 
-        try:
-            wait_until(is_there, "the item is in the panel", seconds)
-        finally:
-            self.item = self.item or last
+        wait_until(stands_still, "the item is in the panel", seconds)
 
 
 def the_item_shows_its_title(scene):
@@ -158,8 +155,8 @@ def find_title(scene):
     scene.corvella.press("Reset")
     scene.close()
     # What the timer changes and what was not there before is the item, not what it pushed aside.
-    scene.item = session.common(ran, changed(scene, "empty", "idle")) or ran
-    scene.crop("idle", scene.item)
+    scene.first = session.common(ran, changed(scene, "empty", "idle")) or ran
+    scene.crop("idle", scene.first)
     scene.crop("running", ran)
     return ran
 

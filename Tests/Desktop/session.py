@@ -246,7 +246,7 @@ def place_of(picture, box, other, area):
         [*command, *" ".join(parts).split(), "null:"], capture_output=True, text=True, timeout=120
     ).stderr
     found = re.search(r"\(([\d.e-]+)\) @ (\d+),(\d+)", answer)
-    if not found or float(found[1]) > 0.2:
+    if not found or float(found[1]) > 0.1:
         return None
     return int(found[2]) + area[0], int(found[3]) + area[1]
 

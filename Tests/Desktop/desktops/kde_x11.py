@@ -1,7 +1,10 @@
 """KDE Plasma on X11 as it comes: kwin_x11, the daemon that knows the items, and plasmashell."""
 
-from desktop import Daemon, run
+from desktop import Daemon, run, wait_until
 from session import X11Session
+
+
+COMPOSITING = "gdbus call --session -d org.kde.KWin -o /Compositor -m org.kde.kwin.Compositing."
 
 
 class Desktop(X11Session):
@@ -9,6 +12,7 @@ class Desktop(X11Session):
     title = "square"
     panel_edge = "bottom"
     panel_size = 44
+    composited = True
     window_manager = "kwin_x11"
     panel_command = "plasmashell --no-respawn"
     environment = {
@@ -23,9 +27,19 @@ class Desktop(X11Session):
         super().__init__(scale)
         self.others = []
 
+    def start_compositor(self):
+        run(COMPOSITING + "resume")
+        wait_until(self.is_composited, "the window manager composites", 60)
+
+    def stop_compositor(self):
+        run(COMPOSITING + "suspend")
+        wait_until(lambda: not self.is_composited(), "the window manager composites no more", 30)
+
     def start_panel(self):
         if not self.others:
-            self.others = [Daemon("kded5"), Daemon("/usr/lib/x86_64-linux-gnu/libexec/kactivitymanagerd")]
+            run("gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus"
+                " -m org.freedesktop.DBus.StartServiceByName org.kde.ActivityManager 0")
+            self.others = [Daemon("kded5")]
             run("gdbus wait --session --timeout 60 org.kde.StatusNotifierWatcher")
         super().start_panel()
 
