@@ -26,11 +26,11 @@
 #include "App/Platform/Linux/Machine/LinuxProcessInfo.h"
 #include "App/Platform/Linux/Machine/SysfsPowerSources.h"
 #include "App/Platform/Linux/Machine/UPowerSources.h"
+#include "App/Platform/Linux/Screen/LayerShellModule.h"
 #include "App/Platform/Linux/Screen/QtScreens.h"
 #include "App/Platform/Linux/Screen/X11Appearance.h"
 #include "App/Platform/Linux/Screen/X11Compositor.h"
-#include "App/Platform/Linux/Screen/X11OverlayWindow.h"
-#include "App/Platform/Linux/Screen/X11PopoverWindow.h"
+#include "App/Platform/Linux/Screen/X11Windows.h"
 #include "App/Platform/Linux/Session/AutostartLoginItem.h"
 #include "App/Platform/Linux/Session/DBusNotifier.h"
 #include "App/Platform/Linux/Session/EndSignals.h"
@@ -41,6 +41,8 @@
 #include "App/Platform/Linux/Time/SteadyClock.h"
 #include "App/Platform/Linux/Time/SystemClock.h"
 #include "App/Platform/Linux/Tray/TrayStatusItem.h"
+#include "App/Platform/OverlayWindow.h"
+#include "App/Platform/PopoverWindow.h"
 #include "App/Popover.h"
 #include "App/RootView.h"
 #include "App/Shortcuts/ShortcutStore.h"
@@ -105,9 +107,24 @@ std::unique_ptr<QWidget> makePopover()
         compositor(), std::make_unique<RootView>(Tab::focus, false, makeTabContent));
 }
 
+std::unique_ptr<DesktopWindows> makeWindows()
+{
+    if (QGuiApplication::platformName().startsWith("wayland"_L1)) {
+        if (auto windows = LayerShellModule::load(helper(u"layer-shell"_s)))
+            return windows;
+    }
+    return std::make_unique<X11Windows>(compositor());
+}
+
+DesktopWindows& desktopWindows()
+{
+    static auto& windows = *makeWindows().release();
+    return windows;
+}
+
 std::unique_ptr<OverlayWindow> makeOverlay(std::unique_ptr<QWidget> content)
 {
-    return std::make_unique<X11OverlayWindow>(compositor(), std::move(content));
+    return desktopWindows().makeOverlay(std::move(content));
 }
 
 std::unique_ptr<NotchPanel> makeNotchPanel(
@@ -254,7 +271,7 @@ AppDelegate& Wiring::appDelegate()
 {
     static auto& statusItem
         = *new TrayStatusItem(StatusPainter { StatusIcon::badge, StatusIcon::pill });
-    static auto& popover = *new X11PopoverWindow(makePopover);
+    static auto& popover = *desktopWindows().makePopover(makePopover).release();
     static auto& delegate = *new AppDelegate(
         statusItem, popover, PomodoroModel::shared(), CalendarModel::shared(), makeNotch);
     QObject::connect(

@@ -1,10 +1,13 @@
 #include "App/AppDelegate.h"
+#include "App/Platform/Linux/Screen/LayerShellModule.h"
+#include "App/Platform/Linux/Screen/WaylandProbe.h"
 #include "App/Ui/MenuStyle.h"
 #include "App/Wiring.h"
 
 #include <QApplication>
 #include <QThreadPool>
 
+#include <chrono>
 #include <malloc.h>
 #include <unistd.h>
 
@@ -13,6 +16,8 @@ namespace {
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
 constexpr auto glibVariable = "QT_NO_GLIB";
+constexpr auto hardwareVariable = "QT_WAYLAND_DISABLE_HW_INTEGRATION";
+constexpr auto longestProbe = std::chrono::seconds(1);
 constexpr unsigned longestFarewell = 3; // Seconds.
 constexpr int largeMemory = 128 * 1024; // Bytes
 
@@ -22,6 +27,16 @@ void setVariable(const char* name, const QByteArray& value)
         qunsetenv(name);
     else
         qputenv(name, value);
+}
+
+// Only in the layers of a compositor can a window of ours be above panels; where it has none, an
+// X11 window can.
+QByteArray platform()
+{
+    const auto compositor = WaylandProbe::socket();
+    return WaylandProbe::offers(compositor, LayerShellModule::interface, longestProbe)
+        ? "wayland;xcb"
+        : "xcb";
 }
 
 }
@@ -34,13 +49,15 @@ int main(int argc, char** argv)
     const auto usersPlatform = qgetenv(platformVariable);
     const auto usersTheme = qgetenv(themeVariable);
     const auto usersGlib = qgetenv(glibVariable);
+    const auto usersHardware = qgetenv(hardwareVariable);
     // The desktop's theme plugin would cost more than all of Corvella; what is needed of it comes
     // over the session bus.
     QGuiApplication::setDesktopSettingsAware(false);
     qunsetenv(themeVariable);
-    // Item and popover are X11 windows, also in a session where Qt would rather speak Wayland.
     if (usersPlatform.isEmpty())
-        qputenv(platformVariable, "xcb");
+        qputenv(platformVariable, platform());
+    // Pictures of text and lines are painted faster than a graphics card could be asked to.
+    qputenv(hardwareVariable, "1");
     // Nothing here needs GLib's event loop, and every turn of Qt's own is cheaper.
     qputenv(glibVariable, "1");
     QApplication::setStyle(new MenuStyle);
@@ -49,6 +66,7 @@ int main(int argc, char** argv)
     setVariable(platformVariable, usersPlatform);
     setVariable(themeVariable, usersTheme);
     setVariable(glibVariable, usersGlib);
+    setVariable(hardwareVariable, usersHardware);
     QApplication::setApplicationName(QStringLiteral("Corvella"));
     QApplication::setDesktopFileName(QStringLiteral("org.corvella.Corvella"));
     QApplication::setQuitOnLastWindowClosed(false);
