@@ -77,6 +77,7 @@ void LayerPopoverWindow::show(const QRect&)
     if (!m_content) {
         m_content = m_buildContent();
         m_content->hide();
+        m_content->setAccessibleName(m_content->windowTitle()); // No window's title says it here.
     }
     m_host = nullptr;
     openSheets();
@@ -143,9 +144,16 @@ bool LayerPopoverWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_host)
         return filterOfHost(event);
-    auto* const widget = event->type() == QEvent::Show ? qobject_cast<QWidget*>(watched) : nullptr;
-    if (widget && widget->isWindow() && m_host)
+    const bool isShowing = event->type() == QEvent::Show;
+    if (!m_host || (!isShowing && event->type() != QEvent::Hide))
+        return false;
+    auto* const widget = qobject_cast<QWidget*>(watched);
+    const bool isAbove
+        = widget && (widget->windowType() == Qt::Popup || widget->windowType() == Qt::ToolTip);
+    if (isAbove && isShowing)
         adopt(*widget);
+    else if (isAbove)
+        m_host->update(widget->geometry()); // Not every compositor does away with what was there.
     return false;
 }
 
@@ -164,7 +172,10 @@ bool LayerPopoverWindow::filterOfHost(QEvent* event)
 // is a part of that one to the compositor, and to Qt what it always was.
 void LayerPopoverWindow::adopt(QWidget& window)
 {
-    const auto type = window.windowType();
-    if ((type == Qt::Popup || type == Qt::ToolTip) && window.windowHandle())
-        window.windowHandle()->setParent(m_host->windowHandle());
+    auto* const handle = window.windowHandle();
+    if (!handle)
+        return;
+    const QPoint place = m_host->mapFromGlobal(window.pos());
+    handle->setParent(m_host->windowHandle());
+    window.move(place);
 }

@@ -31,7 +31,6 @@ LayerSheet::LayerSheet(const LayerShell& shell)
     , m_window(shell, *this)
 {
     setAttribute(Qt::WA_TranslucentBackground);
-    setWindowTitle(QStringLiteral("Corvella"));
     connect(&m_window, &LayerWindow::lost, this, &LayerSheet::lost);
 }
 

@@ -34,6 +34,7 @@ bool LayerWindow::show(QScreen& screen, LayerSurface::Place place, const QSize& 
     // What is painted before the compositor has spoken ends the connection.
     m_widget.setUpdatesEnabled(false);
     m_widget.windowHandle()->setScreen(&screen);
+    m_widget.move(screen.geometry().topLeft()); // Only for what is placed beside it.
     m_widget.show();
     auto* const surface = WaylandHandles::surface(*m_widget.windowHandle());
     if (!surface)
@@ -74,6 +75,9 @@ void LayerWindow::configure(const QSize& size)
     m_isConfigured = true;
     m_widget.resize(size);
     m_widget.setUpdatesEnabled(true);
+    // At once: where a former surface never came to its next frame, Qt still waits for that one
+    // before it paints another.
+    m_widget.repaint();
 }
 
 void LayerWindow::lose()
@@ -90,7 +94,11 @@ bool LayerWindow::eventFilter(QObject*, QEvent* event)
     const auto* const change = static_cast<const QPlatformSurfaceEvent*>(event);
     if (change->surfaceEventType() == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed) {
         m_surface.reset();
-        QMetaObject::invokeMethod(this, &LayerWindow::lose, Qt::QueuedConnection);
+        const auto tell = [this] {
+            if (!m_surface)
+                lose();
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
     }
     return false;
 }
