@@ -133,12 +133,15 @@ function(calendar_test source)
     target_compile_definitions(${name} PRIVATE CORVELLA_TOOLS="${PROJECT_SOURCE_DIR}/tools")
 endfunction()
 
-# desktop_test(<name> SCRIPT <file> [DESKTOP <option>...] [LAUNCHER <command>...]): drives the built
-# program on a desktop of its own. One at a time: each is as busy as a person's.
+# desktop_test(<name> SCRIPT <file> [TOOL <name>] [DESKTOP <option>...] [LAUNCHER <command>...]): drives
+# the built program on a desktop of its own. One at a time: each is as busy as a person's.
 function(desktop_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT" "DESKTOP;LAUNCHER")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT;TOOL" "DESKTOP;LAUNCHER")
+    if(NOT arg_TOOL)
+        set(arg_TOOL desktop)
+    endif()
     add_test(NAME ${name}
-        COMMAND ${PROJECT_SOURCE_DIR}/tools/desktop ${arg_DESKTOP} ${arg_LAUNCHER}
+        COMMAND ${PROJECT_SOURCE_DIR}/tools/${arg_TOOL} ${arg_DESKTOP} ${arg_LAUNCHER}
             /usr/bin/python3 -W ignore ${CMAKE_CURRENT_SOURCE_DIR}/${arg_SCRIPT}
             $<TARGET_FILE:corvella>)
     set_tests_properties(${name} PROPERTIES LABELS Desktop RUN_SERIAL TRUE TIMEOUT 300)
