@@ -28,6 +28,7 @@
 #include "App/Platform/Linux/Machine/UPowerSources.h"
 #include "App/Platform/Linux/Screen/LayerShellModule.h"
 #include "App/Platform/Linux/Screen/QtScreens.h"
+#include "App/Platform/Linux/Screen/WaylandCompositor.h"
 #include "App/Platform/Linux/Screen/X11Appearance.h"
 #include "App/Platform/Linux/Screen/X11Compositor.h"
 #include "App/Platform/Linux/Screen/X11Windows.h"
@@ -83,21 +84,32 @@ SingleInstance& singleInstance()
     return instance;
 }
 
+bool isOnWayland()
+{
+    return QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
 std::unique_ptr<Clipboard> makeClipboard()
 {
-    const QString platform = QGuiApplication::platformName();
-    if (platform == "xcb"_L1)
+    if (QGuiApplication::platformName() == "xcb"_L1)
         return std::make_unique<X11Clipboard>();
-    if (platform.startsWith("wayland"_L1)) {
+    if (isOnWayland()) {
         if (auto clipboard = ClipboardModule::load(helper(u"wayland-clipboard"_s)))
             return clipboard;
     }
     return std::make_unique<QtClipboard>();
 }
 
+std::unique_ptr<Compositor> makeCompositor()
+{
+    if (isOnWayland())
+        return std::make_unique<WaylandCompositor>();
+    return std::make_unique<X11Compositor>();
+}
+
 const Compositor& compositor()
 {
-    static const auto& compositor = *new X11Compositor;
+    static const auto& compositor = *makeCompositor().release();
     return compositor;
 }
 
@@ -109,7 +121,7 @@ std::unique_ptr<QWidget> makePopover()
 
 std::unique_ptr<DesktopWindows> makeWindows()
 {
-    if (QGuiApplication::platformName().startsWith("wayland"_L1)) {
+    if (isOnWayland()) {
         if (auto windows = LayerShellModule::load(helper(u"layer-shell"_s)))
             return windows;
     }

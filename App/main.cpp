@@ -16,7 +16,6 @@ namespace {
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
 constexpr auto glibVariable = "QT_NO_GLIB";
-constexpr auto hardwareVariable = "QT_WAYLAND_DISABLE_HW_INTEGRATION";
 constexpr auto longestProbe = std::chrono::seconds(1);
 constexpr unsigned longestFarewell = 3; // Seconds.
 constexpr int largeMemory = 128 * 1024; // Bytes
@@ -49,15 +48,12 @@ int main(int argc, char** argv)
     const auto usersPlatform = qgetenv(platformVariable);
     const auto usersTheme = qgetenv(themeVariable);
     const auto usersGlib = qgetenv(glibVariable);
-    const auto usersHardware = qgetenv(hardwareVariable);
     // The desktop's theme plugin would cost more than all of Corvella; what is needed of it comes
     // over the session bus.
     QGuiApplication::setDesktopSettingsAware(false);
     qunsetenv(themeVariable);
     if (usersPlatform.isEmpty())
         qputenv(platformVariable, platform());
-    // Pictures of text and lines are painted faster than a graphics card could be asked to.
-    qputenv(hardwareVariable, "1");
     // Nothing here needs GLib's event loop, and every turn of Qt's own is cheaper.
     qputenv(glibVariable, "1");
     QApplication::setStyle(new MenuStyle);
@@ -66,7 +62,6 @@ int main(int argc, char** argv)
     setVariable(platformVariable, usersPlatform);
     setVariable(themeVariable, usersTheme);
     setVariable(glibVariable, usersGlib);
-    setVariable(hardwareVariable, usersHardware);
     QApplication::setApplicationName(QStringLiteral("Corvella"));
     QApplication::setDesktopFileName(QStringLiteral("org.corvella.Corvella"));
     QApplication::setQuitOnLastWindowClosed(false);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <spawn.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -88,6 +89,18 @@ std::string folderFor(const std::string& wanted)
     return home && canEnter(home) ? home : "/";
 }
 
+std::vector<char*> inheritedVariables()
+{
+    const std::string own = std::string(ChildProcess::privateVariable) + '=';
+    std::vector<char*> variables;
+    for (char** variable = environ; *variable; ++variable) {
+        if (!std::string_view(*variable).starts_with(own))
+            variables.push_back(*variable);
+    }
+    variables.push_back(nullptr);
+    return variables;
+}
+
 }
 
 ChildProcess::Started ChildProcess::start(const std::string& path,
@@ -104,8 +117,9 @@ ChildProcess::Started ChildProcess::start(const std::string& path,
     pointers.push_back(nullptr);
     const Actions actions(streams, folderFor(folder));
     const Attributes attributes;
+    const auto variables = inheritedVariables();
     Started started;
-    started.error = posix_spawn(
-        &started.process, path.c_str(), actions.get(), attributes.get(), pointers.data(), environ);
+    started.error = posix_spawn(&started.process, path.c_str(), actions.get(), attributes.get(),
+        pointers.data(), variables.data());
     return started;
 }

@@ -1,9 +1,12 @@
 #include "App/Platform/Linux/Screen/LayerWindows.h"
 
+#include "App/Platform/Linux/Launch/ChildProcess.h"
 #include "App/Platform/Linux/Screen/LayerOverlayWindow.h"
 #include "App/Platform/Linux/Screen/LayerPopoverWindow.h"
 #include "App/Platform/Linux/Screen/LayerShellModule.h"
 #include "App/Platform/Linux/Screen/WaylandHandles.h"
+
+#include <QLoggingCategory>
 
 #include <type_traits>
 #include <utility>
@@ -23,13 +26,35 @@ std::unique_ptr<PopoverWindow> LayerWindows::makePopover(BuildContent buildConte
     return std::make_unique<LayerPopoverWindow>(m_shell, std::move(buildContent));
 }
 
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Qt's first window would load the libraries of graphics cards, ten megabytes, for pictures of text
+// that are painted without. So Qt is asked now, while it knows none of the name it is to use, and
+// what it says of that is nothing to worry about. Programs that are started later inherit nothing.
+void paintWithoutGraphicsCard()
+{
+    constexpr auto variable = "QT_WAYLAND_CLIENT_BUFFER_INTEGRATION";
+    if (qEnvironmentVariableIsSet(variable))
+        return;
+    qputenv(variable, "none");
+    QLoggingCategory::setFilterRules(u"qt.qpa.wayland.warning=false"_s);
+    WaylandHandles::chooseHardware();
+    QLoggingCategory::setFilterRules(QString());
+    qunsetenv(variable);
+}
+
+}
+
 extern "C" Q_DECL_EXPORT DesktopWindows* corvellaLayerShell()
 {
-    // For Qt to leave it to others what a surface is; it asks more than once.
-    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    // For Qt to leave it to others what a surface is; it asks whenever it comes to one.
+    qputenv(ChildProcess::privateVariable, "1");
     auto* const display = WaylandHandles::display();
     if (!display)
         return nullptr;
+    paintWithoutGraphicsCard();
     auto windows = std::make_unique<LayerWindows>(display);
     return windows->areThere() ? windows.release() : nullptr;
 }

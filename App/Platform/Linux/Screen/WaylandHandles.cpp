@@ -38,3 +38,8 @@ wl_surface* WaylandHandles::surface(QWindow& window)
     return static_cast<wl_surface*>(
         QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", &window));
 }
+
+void WaylandHandles::chooseHardware()
+{
+    ofIntegration("egldisplay");
+}

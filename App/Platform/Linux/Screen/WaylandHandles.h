@@ -14,4 +14,7 @@ wl_compositor* compositor();
 wl_output* output(QScreen& screen);
 wl_surface* surface(QWindow& window); // While it is shown.
 
+// Lets Qt choose now, and for good, what its windows are painted with.
+void chooseHardware();
+
 }

@@ -15,10 +15,8 @@ constexpr auto selection = "_NET_WM_CM_S0";
 X11Compositor::X11Compositor()
 {
     auto* const x = X11Connection::connection();
-    if (!x) {
-        m_running = true; // Whatever else there is to draw through.
+    if (!x)
         return;
-    }
     const auto* extension = xcb_get_extension_data(x, &xcb_xfixes_id);
     if (extension && extension->present) {
         m_ownerChanged = static_cast<uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);

@@ -31,6 +31,8 @@ X11OverlayWindow::X11OverlayWindow(const Compositor& compositor, std::unique_ptr
         | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
     m_content->setAttribute(Qt::WA_ShowWithoutActivating);
     connect(&m_compositor, &Compositor::changed, this, &X11OverlayWindow::applyShape);
+    if (!X11Connection::connection())
+        return;
     // When it grows, what is there keeps its place in the middle until it is painted anew.
     const uint32_t gravity = XCB_GRAVITY_NORTH;
     xcb_change_window_attributes(X11Connection::connection(),
@@ -61,6 +63,8 @@ void X11OverlayWindow::setShape(const QRegion& shape)
 // Without a compositor all of a window is seen that is not cut away.
 void X11OverlayWindow::applyShape()
 {
+    if (!X11Connection::connection())
+        return;
     const qreal scale = m_content->devicePixelRatioF();
     std::vector<xcb_rectangle_t> parts;
     for (const QRect& part : m_shape)

@@ -1,4 +1,5 @@
 #include "App/Platform/Linux/Screen/X11Compositor.h"
+#include "App/Platform/Linux/Screen/X11OverlayWindow.h"
 #include "App/Platform/Linux/Screen/X11PopoverWindow.h"
 
 #include <QTest>
@@ -13,6 +14,18 @@ private Q_SLOTS:
     {
         const X11Compositor compositor;
         QVERIFY(!compositor.isRunning());
+    }
+
+    void theOverlayIsStillShown()
+    {
+        const X11Compositor compositor;
+        auto content = std::make_unique<QWidget>();
+        const auto& shown = *content;
+        X11OverlayWindow overlay(compositor, std::move(content));
+        overlay.setFrame({ 0, 0, 150, 30 });
+        overlay.setShape(QRect(0, 0, 150, 30));
+        overlay.orderFront();
+        QVERIFY(shown.isVisible());
     }
 
     void thePopoverStillOpensAndCloses()
