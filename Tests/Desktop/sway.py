@@ -73,9 +73,9 @@ class Picture:
     def is_black(self, x, y):
         return self.at(x, y) == (0, 0, 0)
 
-    def around(self, x, y):
-        """The pixels where a menu would stand that was opened there."""
-        return [self.at(x + 40, row) for row in range(y + 24, y + 190)]
+    def shows_menu(self, x, y):
+        """Whether the task's menu stands at that corner: it reaches below the popover."""
+        return min(self.at(x + 40, y + 183)) > 240
 
     def shows_item(self):
         """Whether something bright stands at the right end of the first panel."""
@@ -172,9 +172,9 @@ class SwayTest(unittest.TestCase):
     def open_menu(self):
         """The upper left corner of the menu of the task's field."""
         x, y = self.middle("text", FIELD)
-        before = Picture().around(x, y)
+        self.wait_for_picture(lambda picture: not picture.shows_menu(x, y), "no menu is there")
         self.click(x, y, button=3)
-        self.wait_for_picture(lambda picture: picture.around(x, y) != before, "the menu opens")
+        self.wait_for_picture(lambda picture: picture.shows_menu(x, y), "the menu opens")
         return x, y
 
     def select_all_by_menu(self):

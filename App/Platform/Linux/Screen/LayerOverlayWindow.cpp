@@ -31,7 +31,6 @@ LayerOverlayWindow::LayerOverlayWindow(const LayerShell& shell, std::unique_ptr<
 
 LayerOverlayWindow::~LayerOverlayWindow()
 {
-    m_window.hide();
     auto* const content = m_content.release();
     QTimer::singleShot(lastFrame, content, &QObject::deleteLater);
 }

@@ -1,3 +1,4 @@
+#include "App/Platform/Linux/Launch/ChildProcess.h"
 #include "App/Platform/Linux/Launch/PosixCommandRunner.h"
 
 #include <QDir>
@@ -151,6 +152,7 @@ private Q_SLOTS:
     void whereTheEndsOfProgramsWereIgnoredTheyAreToldAllTheSame();
     void itStartsAfresh();
     void nothingElseIsInherited();
+    void whatQtIsToldForThisProgramAloneStaysHere();
     void aMissingHomeIsNoFailure();
     void whatCannotBeStartedIsToldAtOnce_data();
     void whatCannotBeStartedIsToldAtOnce();
@@ -327,6 +329,15 @@ void PosixCommandRunnerTest::nothingElseIsInherited()
     ::close(file);
     QTRY_VERIFY(shell.hasEnded());
     QCOMPARE(shell.end.errors, "0\n1\n2\n3\n"); // The last is the folder itself.
+}
+
+void PosixCommandRunnerTest::whatQtIsToldForThisProgramAloneStaysHere()
+{
+    qputenv(ChildProcess::privateVariable, "1");
+    const Shell shell(u"env | grep -c -e '^HOME=' -e '^QT_WAYLAND_USE_BYPASS' >&2"_s);
+    qunsetenv(ChildProcess::privateVariable);
+    QTRY_VERIFY(shell.hasEnded());
+    QCOMPARE(shell.end.errors, "1\n");
 }
 
 void PosixCommandRunnerTest::aMissingHomeIsNoFailure()
