@@ -262,6 +262,7 @@ class Widget(SwayTest):
         self.wait_for_picture(lambda picture: picture.is_black(490, 70), "it grows")
         self.click(640, 20)
         self.assertFalse(self.corvella.is_active())
+        eventually(self.settled, "it has grown")
         for edge in ((640, 95), (481, 40), (798, 40)):
             self.move(*edge)
             wait_until(self.settled, f"it keeps still with the pointer at {edge}", 5)

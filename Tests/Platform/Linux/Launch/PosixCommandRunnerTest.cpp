@@ -1,5 +1,5 @@
-#include "App/Platform/Linux/Launch/ChildProcess.h"
 #include "App/Platform/Linux/Launch/PosixCommandRunner.h"
+#include "App/Platform/Linux/Launch/ChildProcess.h"
 
 #include <QDir>
 #include <QFile>
