@@ -64,8 +64,9 @@ class Scene:
             return
         self.wait_for_item()
         x, y, width, height = self.item
-        for _ in range(2 if self.stage.opens_by == "double click" else 1):
-            self.stage.click(x + width // 2, y + height // 2)
+        is_double = self.stage.opens_by == "double click"
+        press = self.stage.double_click if is_double else self.stage.click
+        press(x + width // 2, y + height // 2)
         self.wait_for_keyboard()
 
     def wait_for_keyboard(self):

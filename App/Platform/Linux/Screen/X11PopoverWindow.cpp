@@ -143,8 +143,18 @@ bool X11PopoverWindow::nativeEventFilter(const QByteArray&, void* message, qintp
         const auto* configured = static_cast<const xcb_configure_notify_event_t*>(message);
         if (isShown() && configured->window == m_content->winId())
             claimInput();
+    } else if (type == XCB_FOCUS_IN) {
+        QMetaObject::invokeMethod(this, &X11PopoverWindow::ensureActive, Qt::QueuedConnection);
     }
     return false;
+}
+
+// Shown again moments after it was closed it is still the active window in the eyes of a part of
+// Qt, which so keeps to itself that it has the keyboard again.
+void X11PopoverWindow::ensureActive()
+{
+    if (isShown() && !m_content->isActiveWindow() && hasKeyboard())
+        QApplication::setActiveWindow(m_content.get());
 }
 
 // The body takes clicks; all around it, the shadow included, a click closes the popover.

@@ -32,6 +32,7 @@ private:
     void place(const QRect& anchor);
     void claimInput();
     void takeKeyboard();
+    void ensureActive();
     bool hasKeyboard() const;
     QRect nativeBody() const;
 
