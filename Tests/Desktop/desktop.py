@@ -62,6 +62,15 @@ def owner(name):
     return int(re.search(r"uint32 (\d+)", answer)[1])
 
 
+def is_name_owned(name):
+    """Whether a program owns that name on the session bus."""
+    answer = run(
+        "gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus"
+        f" -m org.freedesktop.DBus.NameHasOwner {name}"
+    )
+    return "true" in answer
+
+
 def enable_accessibility():
     run(
         "gdbus call --session -d org.a11y.Bus -o /org/a11y/bus"

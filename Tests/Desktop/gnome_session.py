@@ -7,17 +7,22 @@ import time
 
 from gi.repository import Gio, GLib
 
-from desktop import Daemon, run, wait_until
+from desktop import Daemon, is_name_owned, run, wait_until
 from session import ROOT, Session
 
 APPINDICATOR = "ubuntu-appindicators@ubuntu.com"
-KEYS = {"Escape": 0xFF1B, "Return": 0xFF0D, "Tab": 0xFF09}
+WATCHER = "org.kde.StatusNotifierWatcher"
+FULL, OTHER = 0, 1  # The monitors.
+SMALLER = 0.8  # What the other one has of the first one's width and height.
+KEYS = {"Escape": 0xFF1B, "Return": 0xFF0D, "Tab": 0xFF09, "Down": 0xFF54}
 
 
 class GnomeSession(Session):
     """GNOME on Wayland; Corvella's windows come through its Xwayland."""
 
+    parts = ("gnome-shell",)
     extensions = ()
+    cannot = {"a_compositor_may_go_and_come": "GNOME is the compositor"}
     settings = {
         "org.gnome.desktop.interface enable-animations": "false",
         "org.gnome.shell welcome-dialog-last-shown-version": "'99'",
@@ -32,26 +37,24 @@ class GnomeSession(Session):
     def launcher(_scale):
         return [ROOT / "tools/desktop-bare"]
 
-    def version(self):
-        return run("gnome-shell --version").strip()
-
     def start(self):
         os.environ.update(XDG_CURRENT_DESKTOP="GNOME", XDG_SESSION_DESKTOP="gnome")
         settings = {**self.settings, "org.gnome.shell enabled-extensions": str(list(self.extensions))}
         for key, value in settings.items():
             run(f'gsettings set {key} "{value}"')
         self.start_shell()
-        self.set_monitors(self.scale)
+        self.set_monitors(FULL)
         # As the session does: it tells X11 programs of the scale.
         self.processes.append(Daemon("/usr/libexec/gsd-xsettings"))
         self.evaluate("Main.messageTray.bannerBlocked = true")  # GNOME misses much of a session.
         self.evaluate("Main.overview.hide()")
         wait_until(lambda: not self.evaluate("Main.overview.visible"), "the overview is gone", 60)
+        # By itself the bar is as black as the widget over it.
+        self.evaluate("Main.panel.style = 'background-color: #4a5568'; true")
 
     def start_shell(self):
-        size = "{}x{}".format(*self.size)
-        command = f"gnome-shell --headless --wayland --unsafe-mode --virtual-monitor {size}"
-        self.processes.append(Daemon(command))
+        monitors = [" --virtual-monitor {}x{}".format(*self.part(each)) for each in (1, SMALLER)]
+        self.processes.append(Daemon("gnome-shell --headless --wayland --unsafe-mode" + "".join(monitors)))
         wait_until(lambda: not self.evaluate("Main.layoutManager._startingUp"), "the shell runs", 120)
         for each in ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY"):
             os.environ[each] = self.evaluate(f"imports.gi.GLib.getenv('{each}')")
@@ -63,17 +66,48 @@ class GnomeSession(Session):
             " globalThis.now = () => global.get_current_time() * 1000; true }"
         )
 
-    def set_monitors(self, *scales):
-        """Gives every monitor its scale, side by side from the left; the last one is the first."""
+    def part(self, part):
+        return [int(each * part) for each in self.size]
+
+    def set_monitors(self, *wanted):
+        """Leaves these on, side by side from the left; the last one is the first of all."""
         serial, monitors, _, _ = self.displays("GetCurrentState").unpack()
         logical, x = [], 0
-        for index, (monitor, scale) in enumerate(zip(monitors, scales)):
-            mode = monitor[1][0]
-            is_first = index == len(scales) - 1
-            logical.append((x, 0, float(scale), 0, is_first, [(monitor[0][0], mode[0], {})]))
+        for index in wanted:
+            connector, mode = monitors[index][0][0], monitors[index][1][0]
+            is_first = index == wanted[-1]
+            logical.append((x, 0, float(self.scale), 0, is_first, [(connector, mode[0], {})]))
             x += mode[1]
         change = GLib.Variant("(uua(iiduba(ssa{sv}))a{sv})", (serial, 1, logical, {}))
         self.displays("ApplyMonitorsConfig", change)
+
+    def two_monitors(self):
+        self.set_monitors(FULL, OTHER)
+        return self.size[0] + self.part(SMALLER)[0] // 2
+
+    def one_monitor(self):
+        self.set_monitors(FULL)
+
+    def resize(self, part):
+        """One monitor is unplugged, another one plugged in."""
+        self.set_monitors(FULL if part == 1 else OTHER)
+        return self.part(part)
+
+    def restart_panel(self):
+        """The part of it that shows items."""
+        for change in ("disableExtension", "enableExtension"):
+            is_shown = change.startswith("enable")
+            self.evaluate(f"Main.extensionManager.{change}('{APPINDICATOR}')")
+            wait_until(lambda: is_name_owned(WATCHER) == is_shown, f"{change} is done", 30)
+
+    def item(self):
+        """The item in the panel; None while there is none."""
+        return self.evaluate(
+            "{ const found = Object.entries(Main.panel.statusArea)"
+            ".find(([name]) => name.startsWith('appindicator'));"
+            " found ? { label: found[1]._label?.text, isOpen: found[1].menu.isOpen,"
+            " entries: found[1].menu._getMenuItems().map(each => each.label.text) } : null }"
+        )
 
     def displays(self, method, arguments=None):
         name = "org.gnome.Mutter.DisplayConfig"
@@ -139,6 +173,9 @@ class GnomeSession(Session):
     def keyboard_owner(self):
         """Some name of what has the keyboard, to be compared only."""
         return self.evaluate("global.display.focus_window?.get_id() ?? 0")
+
+    def window_with_keyboard(self):
+        return self.evaluate("global.display.focus_window?.title")
 
     def copy(self, text):
         """Puts a text on the clipboard as a native Wayland program does."""

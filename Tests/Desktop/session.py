@@ -29,6 +29,7 @@ class Session:
     panel_size = 28
     panel_scales = True
     opens_by = "click"  # Or "double click", or "start": of the program a second time.
+    checks = ()  # Those made on this desktop only, after the common ones.
     # Checks that cannot be made here, and why.
     cannot = {}
 
@@ -168,11 +169,12 @@ class X11Session(Session):
         return run("xclip -selection clipboard -out")
 
     def two_monitors(self):
-        """Makes two monitors of the screen, side by side, the right one the first."""
+        """Makes two monitors, side by side, the right one the first, and returns its middle."""
         width, height = self.size
         half = f"{width // 2}/170x{height}/190"
         run(f"xrandr --setmonitor left {half}+0+0 screen")
         run(f"xrandr --setmonitor *right {half}+{width // 2}+0 none")
+        return width * 3 // 4
 
     def one_monitor(self):
         run("xrandr --delmonitor left")
