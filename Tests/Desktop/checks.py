@@ -71,7 +71,11 @@ class Scene:
 
     def wait_for_keyboard(self):
         def has_keyboard():
-            return desktop.has_state(self.corvella.popover(), Atspi.StateType.ACTIVE)
+            # Itself or, where it is a part of one, its window.
+            each = self.corvella.popover()
+            while each and not desktop.has_state(each, Atspi.StateType.ACTIVE):
+                each = each.get_parent()
+            return each
 
         wait_until(has_keyboard, "the popover opens and has the keyboard", 30)
 

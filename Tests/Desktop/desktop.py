@@ -175,11 +175,11 @@ class Corvella:
         for index in range(desktop.get_child_count()):
             program = desktop.get_child_at_index(index)
             if program and program.get_process_id() == self.process.pid:
-                for each in children(program):
-                    # The widget has that name, too, and nothing in it.
-                    is_popover = each.get_name() == "Corvella" and each.get_child_count()
-                    if is_popover and is_showing(each):
-                        return each
+                for window in children(program):
+                    # In a compositor's layers it is a part of a window.
+                    for each in (window, *children(window)):
+                        if each.get_role_name() == "dialog" and is_showing(each):
+                            return each
         return None
 
     def find(self, role, name):

@@ -20,7 +20,9 @@ BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
 CONTROL = 4
 
 
-class WaylandInput:
+class WaylandClient:
+    """Just enough of the protocol."""
+
     def __init__(self):
         path = os.path.join(os.environ["XDG_RUNTIME_DIR"], os.environ["WAYLAND_DISPLAY"])
         self.socket = socket.socket(socket.AF_UNIX)
@@ -30,20 +32,9 @@ class WaylandInput:
         self.last = 1
         self.start = time.monotonic()
         self.globals = {}
-        registry = self.new()
-        self.send(1, 1, registry)
+        self.registry = self.new()
+        self.send(1, 1, self.registry)
         self.roundtrip()
-        seat = self.bind(registry, "wl_seat", 1)
-        pointers = self.bind(registry, "zwlr_virtual_pointer_manager_v1", 1)
-        keyboards = self.bind(registry, "zwp_virtual_keyboard_manager_v1", 1)
-        self.pointer, self.keyboard = self.new(), self.new()
-        self.send(pointers, 0, seat, self.pointer)
-        self.send(keyboards, 0, seat, self.keyboard)
-        with tempfile.TemporaryFile() as file:
-            file.write(KEYMAP.encode())
-            file.flush()
-            self.send(self.keyboard, 0, 1, len(KEYMAP), descriptor=file.fileno())
-            self.roundtrip()
 
     def new(self):
         self.last += 1
@@ -61,10 +52,10 @@ class WaylandInput:
             passed = [(socket.SOL_SOCKET, socket.SCM_RIGHTS, array.array("i", [descriptor]))]
         self.socket.sendmsg([message], passed)
 
-    def bind(self, registry, interface, version):
+    def bind(self, interface, version):
         bound = self.new()
         name = self.globals[interface]
-        self.send(registry, 0, name, text=interface, after=(version, bound))
+        self.send(self.registry, 0, name, text=interface, after=(version, bound))
         return bound
 
     def roundtrip(self):
@@ -97,6 +88,22 @@ class WaylandInput:
 
     def now(self):
         return int((time.monotonic() - self.start) * 1000)
+
+
+class WaylandInput(WaylandClient):
+    def __init__(self):
+        super().__init__()
+        seat = self.bind("wl_seat", 1)
+        pointers = self.bind("zwlr_virtual_pointer_manager_v1", 1)
+        keyboards = self.bind("zwp_virtual_keyboard_manager_v1", 1)
+        self.pointer, self.keyboard = self.new(), self.new()
+        self.send(pointers, 0, seat, self.pointer)
+        self.send(keyboards, 0, seat, self.keyboard)
+        with tempfile.TemporaryFile() as file:
+            file.write(KEYMAP.encode())
+            file.flush()
+            self.send(self.keyboard, 0, 1, len(KEYMAP), descriptor=file.fileno())
+            self.roundtrip()
 
     def move(self, x, y, layout):
         """In points of the layout, whose size is given."""
