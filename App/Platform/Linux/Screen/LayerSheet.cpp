@@ -6,6 +6,14 @@
 #include <QMouseEvent>
 #include <QScreen>
 
+#include <algorithm>
+
+namespace {
+
+constexpr int thickestPanel = 96;
+
+}
+
 // A surface that is never painted, only to be told how large it might be.
 struct LayerSheet::Measure {
     Measure(const LayerShell& shell, wl_output* output, const LayerSurface::Reader& reader)
@@ -67,10 +75,21 @@ void LayerSheet::freeMemory()
     store->endPaint();
 }
 
+// KWin does not count its own panels among what takes room. An item stands in the middle of its
+// panel; where the pointer is in it is then about half as far in as the panel goes.
+QSize LayerSheet::guess(const QPoint& place) const
+{
+    const int fromSide = std::min(place.x(), width() - 1 - place.x());
+    const int fromEnd = std::min(place.y(), height() - 1 - place.y());
+    if (fromEnd <= thickestPanel / 2)
+        return { 0, 2 * fromEnd };
+    return { fromSide <= thickestPanel / 2 ? 2 * fromSide : 0, 0 };
+}
+
 ScreenSpace LayerSheet::space(const QPoint& place) const
 {
     QRect available = rect();
-    const QSize taken = m_free.isEmpty() ? QSize(0, 0) : size() - m_free;
+    const QSize taken = m_free.isEmpty() || m_free == size() ? guess(place) : size() - m_free;
     if (place.y() < height() / 2)
         available.setTop(taken.height());
     else

@@ -36,6 +36,9 @@ private:
     void enterEvent(QEnterEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
+    // What panels are likely to take, of width and height, where the compositor counts none.
+    QSize guess(const QPoint& place) const;
+
     struct Measure;
 
     const LayerShell& m_shell;

@@ -14,6 +14,8 @@ constexpr uint32_t topEdge = 1;
 constexpr uint32_t allEdges = 15;
 constexpr int32_t overPanels = -1;
 constexpr int32_t besidePanels = 0;
+// KWin gives the keyboard, unasked, to whatever is clicked that has another name.
+constexpr auto nameForNoKeyboard = "dock";
 constexpr uint32_t exclusiveKeyboard = 1;
 
 enum ShellRequest : uint32_t { getLayerSurface = 0 };
@@ -64,7 +66,7 @@ LayerSurface::LayerSurface(const LayerShell& shell, wl_surface* surface, wl_outp
     : m_reader(std::move(reader))
     , m_proxy(wl_proxy_marshal_flags(shell.proxy(), getLayerSurface, &surfaceInterface,
           wl_proxy_get_version(shell.proxy()), 0, nullptr, surface, output, overlayLayer,
-          "corvella"))
+          place == Place::top ? nameForNoKeyboard : "corvella"))
 {
     using Function = void (*)();
     static Function listener[] { reinterpret_cast<Function>(&LayerSurface::configure),
