@@ -10,7 +10,7 @@ import threading
 from gi.repository import Atspi, Gio, GLib
 
 from desktop import Daemon, children, has_state, is_name_owned, run, wait_until
-from session import ROOT, Session
+from session import ROOT, Session, colour
 from wayland_input import BUTTONS, KEYS, WaylandClient
 
 SCREENSHOT = "org.kde.KWin.ScreenShot2"
@@ -89,6 +89,8 @@ class Desktop(Session):
         for each in ("kded5", "/usr/lib/x86_64-linux-gnu/libexec/kactivitymanagerd"):
             self.processes.append(Daemon(each))
         wait_until(lambda: is_name_owned("org.kde.StatusNotifierWatcher"), "the items' daemon", 60)
+        # The clipboard has an item from its first text on, which pushes others aside.
+        self.copy("first")
         self.start_panel()
 
     def start_compositor_itself(self):
@@ -111,7 +113,16 @@ class Desktop(Session):
 
     def start_panel(self):
         self.shell = Daemon("env QT_QPA_PLATFORM=wayland plasmashell --no-respawn")
-        wait_until(lambda: is_name_owned("org.kde.plasmashell"), "the panel runs", 90)
+        wait_until(self.is_panel_drawn, "the panel is drawn", 90)
+
+    def is_panel_drawn(self):
+        """Whether it is there, which is light, with the widgets at its ends."""
+        x, y, width, height = self.panel()
+        path = os.path.join(os.environ["CORVELLA_DESKTOP"], "panel.png")
+        self.picture(path)
+        places = [(x + width // 2, y + height // 2), (x + width // 2, y - height)]
+        panel, desktop = (colour(path, *each) for each in places)
+        return min(panel) > 150 and max(desktop) > 0
 
     def restart_panel(self):
         self.shell.stop()
