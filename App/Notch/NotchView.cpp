@@ -91,6 +91,11 @@ QRegion NotchView::shape() const
     return { path.toFillPolygon().toPolygon() };
 }
 
+QSize NotchView::sizeHint() const
+{
+    return NotchController::expandedSize;
+}
+
 void NotchView::setTab(const QSize& size)
 {
     if (m_tab == size)

@@ -22,6 +22,7 @@ public:
     const NotchContent& content() const { return m_content; }
     QSize tab() const { return m_tab; }
     QRegion shape() const; // Of the tab, in the view's coordinates.
+    QSize sizeHint() const override; // The largest that the tab will be.
 
     // The tab hangs in the middle of the view; its details show as far as it is higher than when it
     // is collapsed.

@@ -23,13 +23,6 @@ xcb_rectangle_t xcbRectangle(const QRect& rect)
         static_cast<uint16_t>(rect.width()), static_cast<uint16_t>(rect.height()) };
 }
 
-// There, what has no picture gets a click only where another X11 window lies below it.
-bool isBehindWayland()
-{
-    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
-        && X11Connection::selectionOwner(X11Connection::atom("_NET_WM_CM_S0")) != XCB_WINDOW_NONE;
-}
-
 // Null where the server has no translucent windows.
 xcb_visualid_t translucentVisual()
 {
@@ -77,9 +70,16 @@ xcb_window_t clearWindow(xcb_visualid_t visual)
     return window;
 }
 
+// Behind Wayland what has no picture gets a click only where another X11 window lies below it.
+bool needsPicture()
+{
+    return X11Connection::isBehindWayland()
+        && X11Connection::selectionOwner(X11Connection::atom("_NET_WM_CM_S0")) != XCB_WINDOW_NONE;
+}
+
 xcb_window_t makeWindow()
 {
-    const auto visual = isBehindWayland() ? translucentVisual() : xcb_visualid_t { XCB_NONE };
+    const auto visual = needsPicture() ? translucentVisual() : xcb_visualid_t { XCB_NONE };
     return visual == XCB_NONE ? unseenWindow() : clearWindow(visual);
 }
 

@@ -14,6 +14,12 @@ xcb_connection_t* connection()
     return x11 ? x11->connection() : nullptr;
 }
 
+// Not every Xwayland says itself what it is.
+bool isBehindWayland()
+{
+    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
 xcb_window_t root()
 {
     return xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root;

@@ -8,6 +8,7 @@
 namespace X11Connection {
 
 xcb_connection_t* connection(); // Null where Qt does not draw through X11.
+bool isBehindWayland(); // Whether the server shows its windows through a Wayland compositor.
 xcb_window_t root();
 xcb_atom_t atom(const char* name); // Asked of the server once a name.
 xcb_window_t selectionOwner(xcb_atom_t selection); // None also when the server does not answer.

@@ -50,8 +50,18 @@ void X11OverlayWindow::orderFront()
 
 void X11OverlayWindow::setFrame(const QRect& frame)
 {
-    m_content->setGeometry(frame);
+    m_content->setGeometry(withRoom(frame));
     m_foreground.raiseSoon(); // Panels move with the screens, too.
+}
+
+// Behind Wayland a window that grows under the pointer loses it for as long as that rests. There
+// it always has its largest size, of which the shape leaves out what is not to be there.
+QRect X11OverlayWindow::withRoom(const QRect& frame) const
+{
+    if (!m_compositor.isRunning() || !X11Connection::isBehindWayland())
+        return frame;
+    const auto size = frame.size().expandedTo(m_content->sizeHint());
+    return { { frame.left() - (size.width() - frame.width()) / 2, frame.top() }, size };
 }
 
 void X11OverlayWindow::setShape(const QRegion& shape)

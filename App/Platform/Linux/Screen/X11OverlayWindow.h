@@ -15,6 +15,7 @@ class X11OverlayWindow final : public QObject, public OverlayWindow {
     Q_OBJECT
 
 public:
+    // The content's size hint is the largest size that it will have.
     X11OverlayWindow(const Compositor& compositor, std::unique_ptr<QWidget> content);
     ~X11OverlayWindow() override;
 
@@ -23,6 +24,7 @@ public:
     void setShape(const QRegion& shape) override;
 
 private:
+    QRect withRoom(const QRect& frame) const;
     void applyShape();
 
     const Compositor& m_compositor;
