@@ -82,6 +82,7 @@ class Desktop(Session):
 
     def start(self):
         os.environ.update(self.environment)
+        self.write_settings()
         self.start_compositor_itself()
         run("dbus-update-activation-environment --all")
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
@@ -92,6 +93,16 @@ class Desktop(Session):
         # The clipboard has an item from its first text on, which pushes others aside.
         self.copy("first")
         self.start_panel()
+
+    def write_settings(self):
+        """Without a graphics card blurring and fading take seconds, in which nobody is answered."""
+        settings = {
+            "kwinrc": "[Plugins]\nblurEnabled=false\ncontrastEnabled=false\n",
+            "kdeglobals": "[KDE]\nAnimationDurationFactor=0\n",
+        }
+        for name, text in settings.items():
+            with open(os.path.join(os.environ["XDG_CONFIG_HOME"], name), "w", encoding="utf-8") as file:
+                file.write(text)
 
     def start_compositor_itself(self):
         # A copy of it has not the capability that keeps it from reading its environment.
