@@ -111,7 +111,8 @@ class Scene:
         wait_until(lambda: self.widget_is(width, height, middle), what, seconds)
 
     def keep(self, picture, name):
-        os.replace(os.path.join(self.folder, f"{picture}.png"), os.path.join(self.folder, f"{name}.png"))
+        old, new = (os.path.join(self.folder, f"{each}.png") for each in (picture, name))
+        os.replace(old, new)
 
     def find_item(self):
         """Where the item stands by now, while the timer is off: others may have pushed it aside."""
@@ -268,16 +269,21 @@ def the_pointer_grows_the_widget(scene):
     scene.wait_for_widget("the widget shrinks again")
 
 
-def a_compositor_may_go_and_come(scene):
-    stage = scene.stage
-    steps = [("without", stage.stop_compositor), ("with", stage.start_compositor)]
-    for name, change in steps if stage.composited else reversed(steps):
-        change()
-        scene.wait_for_widget(f"the widget has its shape {name} a compositor")
-        scene.wait_for_item()
-        scene.open_by_item()
-        scene.picture(f"popover-{name}-compositor")
-        scene.close()
+def a_compositor_may_go_or_come(scene):
+    try_composited(scene, not scene.stage.composited)
+
+
+def and_come_or_go_again(scene):
+    try_composited(scene, scene.stage.composited)
+
+
+def try_composited(scene, is_composited):
+    name = "with" if is_composited else "without"
+    (scene.stage.start_compositor if is_composited else scene.stage.stop_compositor)()
+    scene.wait_for_widget(f"the widget has its shape {name} a compositor")
+    scene.open_by_item()
+    scene.picture(f"popover-{name}-compositor")
+    scene.close()
 
 
 def the_item_comes_back_with_its_panel(scene):
@@ -327,7 +333,8 @@ CHECKS = [
     the_clipboard_is_read_and_written,
     the_widget_lies_over_the_panel,
     the_pointer_grows_the_widget,
-    a_compositor_may_go_and_come,
+    a_compositor_may_go_or_come,
+    and_come_or_go_again,
     the_item_comes_back_with_its_panel,
     the_widget_moves_to_the_first_monitor,
     the_widget_follows_the_screens_size,

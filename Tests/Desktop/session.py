@@ -45,7 +45,8 @@ class Session:
     @classmethod
     def version(cls):
         """The desktop's parts as installed, without what the distribution adds to a version."""
-        versions = run("dpkg-query --show --showformat='${Package} ${Version}\\n' " + " ".join(cls.parts))
+        query = "dpkg-query --show --showformat='${Package} ${Version}\\n' "
+        versions = run(query + " ".join(cls.parts))
         return ", ".join(re.sub(r"( )\d+:|-[^-]*$", r"\1", line) for line in versions.splitlines())
 
     def start(self):
