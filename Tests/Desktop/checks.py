@@ -182,25 +182,32 @@ def changed(scene, before, after):
 
 def the_item_opens_the_popover_beside_the_panel(scene):
     scene.open_by_item()
-    left, top, width, height = scene.popover()
-    px, py, pw, ph = scene.stage.panel()
+    try:
+        # A window that is put into its frame takes its place in the frame for that on the screen.
+        wait_until(lambda: not fault_of_place(scene), "the popover stands beside the panel")
+    except AssertionError as error:
+        raise AssertionError(fault_of_place(scene)) from error
     scene.picture("popover")
-    screen_width = scene.stage.size[0]
-    if scene.stage.panel_edge == "top":
-        gap = top - (py + ph)
-    else:
-        gap = py - (top + height)
+    scene.close()
+
+
+def fault_of_place(scene):
+    """What is wrong with where the popover stands; None where nothing is."""
+    left, top, width, height = scene.popover()
+    _, panel_top, screen_width, thickness = scene.stage.panel()
+    is_above = scene.stage.panel_edge == "top"
+    gap = top - (panel_top + thickness) if is_above else panel_top - (top + height)
     if not -1 <= gap <= scene.points(GAP):
-        raise AssertionError(f"{gap} pixels between the panel and the popover")
+        return f"{gap} pixels between the panel and the popover"
     if left < 0 or left + width > screen_width:
-        raise AssertionError("it hangs over the screen's edge")
+        return "it hangs over the screen's edge"
     # Without an item it stands where items would be.
     item = scene.item or (screen_width, 0, 0, 0)
     middle = item[0] + item[2] / 2
     wanted = min(max(middle - width / 2, 0), screen_width - width)
     if abs(left - wanted) > scene.points(GAP) + item[2]:
-        raise AssertionError(f"it stands at {left}, the item's middle is {middle}")
-    scene.close()
+        return f"it stands at {left}, the item's middle is {middle}"
+    return None
 
 
 def keys_reach_the_popover_at_once(scene):
