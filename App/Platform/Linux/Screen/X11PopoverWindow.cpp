@@ -101,9 +101,19 @@ void X11PopoverWindow::place(const QRect& anchor)
     const auto* screen = screenOf(anchor);
     const auto margins = m_content->contentsMargins();
     const auto body = m_content->size().shrunkBy(margins);
-    const auto origin
-        = popoverOrigin(anchor, body, { screen->geometry(), screen->availableGeometry() });
-    m_content->move(origin - QPoint(margins.left(), margins.top()));
+    m_body = popoverOrigin(anchor, body, { screen->geometry(), screen->availableGeometry() });
+    m_content->move(m_body - QPoint(margins.left(), margins.top()));
+}
+
+// Asked for its place while the window manager puts the window into a frame, the server may tell
+// that of the frame's first moments. A window that has the keyboard is where it stays.
+void X11PopoverWindow::correctPlace()
+{
+    const auto margins = m_content->contentsMargins();
+    const auto corner = m_body - QPoint(margins.left(), margins.top());
+    if (m_content->pos() != corner)
+        m_content->move(corner);
+    claimInput();
 }
 
 bool X11PopoverWindow::eventFilter(QObject* watched, QEvent* event)
@@ -117,6 +127,8 @@ bool X11PopoverWindow::eventFilter(QObject* watched, QEvent* event)
     }
     if (event->type() == QEvent::ContentsRectChange && isShown() && X11Connection::connection())
         tellShadow(*m_content);
+    if (event->type() == QEvent::WindowActivate && isShown() && X11Connection::connection())
+        correctPlace();
     // Also when the window manager closes it: the catcher must not outlive what it is for.
     if (event->type() == QEvent::Hide)
         m_catcher.hide();

@@ -6,6 +6,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QElapsedTimer>
+#include <QPoint>
 
 #include <functional>
 #include <memory>
@@ -30,6 +31,7 @@ private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void build();
     void place(const QRect& anchor);
+    void correctPlace();
     void claimInput();
     void takeKeyboard();
     void ensureActive();
@@ -38,6 +40,7 @@ private:
 
     std::function<std::unique_ptr<QWidget>()> m_buildContent;
     std::unique_ptr<QWidget> m_content;
+    QPoint m_body; // Where the content without its margins belongs.
     X11ClickCatcher m_catcher;
     QElapsedTimer m_sinceLostKeyboard;
 };
