@@ -34,6 +34,13 @@ def registered():
     return found and found[1]
 
 
+def property_of(item, name):
+    return run(
+        f"gdbus call --session -d {item} -o /StatusNotifierItem"
+        f" -m org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem {name}"
+    )
+
+
 class NotifierHost(unittest.TestCase):
     def setUp(self):
         desktop.enable_accessibility()
@@ -51,10 +58,7 @@ class NotifierHost(unittest.TestCase):
         run(f"gdbus wait --session --timeout 20 {WATCHER}")
 
     def label(self):
-        answer = run(
-            f"gdbus call --session -d {registered()} -o /StatusNotifierItem"
-            " -m org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem XAyatanaLabel"
-        )
+        answer = property_of(registered(), "XAyatanaLabel")
         return re.fullmatch(r"\(<'(.*)'>,\)", answer.strip())[1]
 
     def open_by_click(self):
@@ -83,6 +87,20 @@ class NotifierHost(unittest.TestCase):
         self.open_by_click()
         press_key("Escape")
         self.corvella.wait_until_closed()
+
+    def test_the_menu_of_the_panel_quits(self):
+        item = wait_until(registered, "the panel knows the item")
+        menu = re.search(r"objectpath '(.*)'", property_of(item, "Menu"))[1]
+        layout = run(
+            f"gdbus call --session -d {item} -o {menu}"
+            " -m com.canonical.dbusmenu.GetLayout -- 0 -1 \"['label']\""
+        )
+        entry = re.search(r"\((\d+), \{'label': <'Quit Corvella'>", layout)[1]
+        run(
+            f"gdbus call --session -d {item} -o {menu}"
+            f" -m com.canonical.dbusmenu.Event {entry} clicked '<0>' 0"
+        )
+        self.assertEqual(self.corvella.process.wait(20), 0)
 
 
 if __name__ == "__main__":
