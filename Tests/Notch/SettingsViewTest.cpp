@@ -7,7 +7,11 @@
 #include "Tests/Fakes/FakeLoginItem.h"
 #include "Tests/Fakes/FakeUserDefaults.h"
 
+#include <QAccessible>
 #include <QTest>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -32,6 +36,12 @@ struct Setup {
     Switch& login() { return find<Switch>(u"launchAtLogin"_s); }
     Label& error() { return find<Label>(u"error"_s); }
     Button& quit() { return find<Button>(u"quit"_s); }
+    const Label* words(const QString& text)
+    {
+        const auto labels = view.findChildren<Label*>();
+        return *std::ranges::find_if(
+            labels, [&](const Label* label) { return label->text() == text; });
+    }
     QRect boxOf(const QWidget& control)
     {
         return ControlBox::of(control).translated(control.pos());
@@ -98,6 +108,16 @@ private Q_SLOTS:
         QTest::mouseClick(&s.login(), Qt::LeftButton);
         QVERIFY(s.login().isChecked());
         QVERIFY(!s.error().isVisible());
+        QCOMPARE(s.error().text(), QString());
+    }
+
+    void aLongFailureLeavesRoomForTheButton()
+    {
+        Setup s;
+        s.item.failure = u"No such file or directory: "_s.repeated(100);
+        QTest::mouseClick(&s.login(), Qt::LeftButton);
+        QCOMPARE(s.error().height(), 8 * Theme::lineHeight(TextRole::caption));
+        QVERIFY(s.view.rect().contains(s.boxOf(s.quit())));
     }
 
     void anItemThatCannotBeTakenAwayStaysOn()
@@ -134,9 +154,25 @@ private Q_SLOTS:
     void theWordsSwitchToo()
     {
         Setup s;
-        const QPoint words(100, s.boxOf(s.widget()).center().y());
-        QTest::mouseClick(&s.view, Qt::LeftButton, {}, words);
+        const QPoint widget(100, s.boxOf(s.widget()).center().y());
+        const QPoint login(100, s.boxOf(s.login()).center().y());
+        QTest::mouseClick(&s.view, Qt::LeftButton, {}, widget);
         QCOMPARE(s.defaults.boolean(showNotch), false);
+        QCOMPARE(s.item.state, LoginItem::Status::notRegistered);
+        QTest::mouseClick(&s.view, Qt::LeftButton, {}, login);
+        QCOMPARE(s.item.state, LoginItem::Status::enabled);
+        QCOMPARE(s.defaults.boolean(showNotch), false);
+    }
+
+    void nothingElseSwitches()
+    {
+        Setup s;
+        const QPoint words(100, s.boxOf(s.widget()).center().y());
+        QTest::mouseClick(&s.view, Qt::RightButton, {}, words);
+        for (const QPoint& beside : { QPoint(100, 24), QPoint(55, words.y()), QPoint(200, 300) })
+            QTest::mouseClick(&s.view, Qt::LeftButton, {}, beside);
+        QCOMPARE(s.defaults.boolean(showNotch), std::nullopt);
+        QCOMPARE(s.item.state, LoginItem::Status::notRegistered);
     }
 
     void quitEndsTheProgram()
@@ -157,6 +193,38 @@ private Q_SLOTS:
         QTest::mouseClick(&s.login(), Qt::LeftButton);
         QCOMPARE(s.error().geometry(), QRect(16, 114, 368, 28));
         QCOMPARE(s.boxOf(s.quit()).top(), 156);
+    }
+
+    void fromRightToLeftAllIsMirrored()
+    {
+        Setup s;
+        s.view.setLayoutDirection(Qt::RightToLeft);
+        s.view.resize(401, 439);
+        QCOMPARE(s.boxOf(s.widget()), QRect(351, 46, 34, 20));
+        QCOMPARE(s.boxOf(s.login()), QRect(351, 80, 34, 20));
+        QCOMPARE(s.boxOf(s.quit()).right(), 384);
+        QCOMPARE(s.words(u"Launch at login"_s)->geometry(), QRect(16, 80, 325, 20));
+    }
+
+    void wordsStandBesideTheirSwitches()
+    {
+        Setup s;
+        QCOMPARE(s.words(u"Show notch widget"_s)->geometry(), QRect(60, 46, 324, 20));
+        QCOMPARE(s.words(u"Launch at login"_s)->geometry(), QRect(60, 80, 324, 20));
+    }
+
+    void aScreenReaderIsToldWhatTheyAre()
+    {
+        Setup s;
+        const auto described = [](QWidget& widget) {
+            auto* const interface = QAccessible::queryAccessibleInterface(&widget);
+            return std::pair(interface->role(), interface->text(QAccessible::Name));
+        };
+        QCOMPARE(described(s.view), std::pair(QAccessible::Grouping, u"Settings"_s));
+        QCOMPARE(described(s.widget()), std::pair(QAccessible::CheckBox, u"Show notch widget"_s));
+        QCOMPARE(described(s.login()), std::pair(QAccessible::CheckBox, u"Launch at login"_s));
+        QCOMPARE(described(s.quit()), std::pair(QAccessible::PushButton, u"Quit Corvella"_s));
+        QCOMPARE(s.find<Label>(u"title"_s).text(), u"Settings"_s);
     }
 };
 

@@ -2,6 +2,8 @@
 
 #include <QStandardPaths>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -58,10 +60,24 @@ AutostartEntry::AutostartEntry(const QByteArray& text)
 
 bool AutostartEntry::isEnabled() const
 {
-    if (value(u"Hidden"_s) == "true"_L1 || value(u"X-GNOME-Autostart-enabled"_s) == "false"_L1)
+    const auto isOff = [this](const QString& key) { return value(key) == "false"_L1; };
+    if (value(u"Hidden"_s) == "true"_L1 || isOff(u"X-GNOME-Autostart-enabled"_s)
+        || isOff(u"X-MATE-Autostart-enabled"_s) || !isForThisDesktop())
         return false;
     const auto needed = value(u"TryExec"_s);
     return (needed.isEmpty() || isFound(needed)) && isFound(program());
+}
+
+bool AutostartEntry::isForThisDesktop() const
+{
+    const auto names
+        = QString::fromLocal8Bit(qgetenv("XDG_CURRENT_DESKTOP")).split(u':', Qt::SkipEmptyParts);
+    const auto isIn = [&names](const QString& list) {
+        return std::ranges::any_of(names,
+            [desktops = list.split(u';')](const QString& name) { return desktops.contains(name); });
+    };
+    const auto only = value(u"OnlyShowIn"_s);
+    return (only.isEmpty() || isIn(only)) && !isIn(value(u"NotShowIn"_s));
 }
 
 QString AutostartEntry::program() const

@@ -13,7 +13,8 @@ public:
 
     // Without a value: empty.
     QString value(const QString& key) const { return m_values.value(key); }
-    // Whether a session starts it: not hidden, not switched off, and its program there.
+    // Whether this session starts it: not hidden, not switched off, not another desktop's, and its
+    // program there.
     bool isEnabled() const;
     // The program of the command line; empty when there is none.
     QString program() const;
@@ -22,5 +23,7 @@ public:
     static QByteArray hidden(); // Takes the place of one for all users.
 
 private:
+    bool isForThisDesktop() const;
+
     QHash<QString, QString> m_values;
 };

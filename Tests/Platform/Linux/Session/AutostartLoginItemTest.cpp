@@ -20,6 +20,7 @@ struct Setup {
         qputenv("HOME", folder.path().toUtf8());
         qputenv("XDG_CONFIG_HOME", config().toUtf8());
         qputenv("XDG_CONFIG_DIRS", system().toUtf8());
+        qputenv("XDG_CURRENT_DESKTOP", "Vendor:Here");
         write(program(), "#!/bin/sh\n");
         QFile::setPermissions(program(), QFile::ReadOwner | QFile::ExeOwner);
     }
@@ -110,9 +111,13 @@ private Q_SLOTS:
         QTest::newRow("hidden") << QByteArray("Hidden=true\n");
         QTest::newRow("switched off") << QByteArray("X-GNOME-Autostart-enabled=false\n");
         QTest::newRow("not installed") << QByteArray("TryExec=/nonexistent/corvella\n");
+        QTest::newRow("switched off in MATE") << QByteArray("X-MATE-Autostart-enabled=false\n");
+        QTest::newRow("another desktop's") << QByteArray("OnlyShowIn=GNOME;Unity;\n");
+        QTest::newRow("any desktop's but this") << QByteArray("NotShowIn=GNOME;Here;\n");
         QTest::newRow("another program") << QByteArray("Exec=/bin/true\n");
         QTest::newRow("a program that is gone") << QByteArray("Exec=/nonexistent/corvella\n");
         QTest::newRow("no program") << QByteArray("Exec=\n");
+        QTest::newRow("half a quoted program") << QByteArray("Exec=\"\n");
     }
 
     void anEntryThatIsSwitchedOffIsNotEnabled()
@@ -123,6 +128,65 @@ private Q_SLOTS:
         QCOMPARE(s.item.status(), Status::requiresApproval);
         QVERIFY(!s.item.registerItem());
         QCOMPARE(s.item.status(), Status::enabled);
+    }
+
+    void anEntryMadeElsewhereIsEnabled_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::newRow("with more lines") << QByteArray("Comment=Hidden=true\n# Hidden=true\n");
+        QTest::newRow("switched on") << QByteArray("Hidden=false\nX-MATE-Autostart-enabled=true\n");
+        QTest::newRow("this desktop's") << QByteArray("OnlyShowIn=GNOME;Here;\n");
+        QTest::newRow("not another's") << QByteArray("NotShowIn=GNOME;Her;Here too;\n");
+        QTest::newRow("by its name") << QByteArray("Exec=corvella\nTryExec=corvella\n");
+        QTest::newRow("with arguments") << QByteArray("Exec=corvella %U\n");
+        QTest::newRow("spaces around") << QByteArray(" Exec = corvella \r\n");
+        QTest::newRow("an action of its own")
+            << QByteArray("[Desktop Action x]\nExec=/bin/true\nHidden=true\n");
+    }
+
+    void anEntryMadeElsewhereIsEnabled()
+    {
+        QFETCH(QByteArray, lines);
+        Setup s;
+        qputenv("PATH", QFileInfo(s.program()).path().toUtf8());
+        s.write(s.own(), s.entry(lines));
+        QCOMPARE(s.item.status(), Status::enabled);
+    }
+
+    void aDesktopWithoutANameTakesNoOnesOwnEntry()
+    {
+        Setup s;
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        s.write(s.own(), s.entry("OnlyShowIn=GNOME;;\n"));
+        QCOMPARE(s.item.status(), Status::requiresApproval);
+        s.write(s.own(), s.entry("NotShowIn=GNOME;;\n"));
+        QCOMPARE(s.item.status(), Status::enabled);
+    }
+
+    void aLinkToThisProgramIsThisProgram()
+    {
+        Setup s;
+        const auto link = s.folder.filePath(u"link"_s);
+        QVERIFY(QFile::link(s.program(), link));
+        s.write(s.own(), s.entry("Exec=" + link.toUtf8() + '\n'));
+        QCOMPARE(s.item.status(), Status::enabled);
+    }
+
+    void aLinkThatLeadsNowhereIsTakenAway()
+    {
+        Setup s;
+        QDir().mkpath(QFileInfo(s.own()).path());
+        QVERIFY(QFile::link(u"/nonexistent/entry"_s, s.own()));
+        QVERIFY(!s.item.unregisterItem());
+        QVERIFY(!QFileInfo(s.own()).isSymLink());
+    }
+
+    void whatCannotBeTakenAwayIsSaid()
+    {
+        Setup s;
+        s.write(s.own() + u"/x"_s, "in the way");
+        QVERIFY(s.item.unregisterItem());
+        QVERIFY(!s.item.unregisterItem()->isEmpty());
     }
 
     void anEntryForAllUsersIsHiddenByOneOfTheUser()
