@@ -52,7 +52,7 @@ AutostartEntry::AutostartEntry(const QByteArray& text)
         const auto equals = line.indexOf(u'=');
         if (line.startsWith(u'['))
             isInside = line == "[Desktop Entry]"_L1;
-        else if (isInside && !line.startsWith(u'#') && equals > 0)
+        else if (isInside && equals > 0)
             m_values.insert(
                 line.first(equals).trimmed(), unescaped(line.sliced(equals + 1).trimmed()));
     }

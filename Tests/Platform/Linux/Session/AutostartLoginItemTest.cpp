@@ -163,6 +163,26 @@ private Q_SLOTS:
         QCOMPARE(s.item.status(), Status::enabled);
     }
 
+    void aProgramThatIsGoneStartsNothing()
+    {
+        Setup s;
+        s.item.registerItem();
+        QFile::remove(s.program());
+        QCOMPARE(s.item.status(), Status::requiresApproval);
+    }
+
+    void aPercentSignIsNoFieldOfTheCommandLine()
+    {
+        Setup s;
+        const auto program = s.folder.filePath(u"100%u/corvella"_s);
+        QDir().mkpath(QFileInfo(program).path());
+        QVERIFY(QFile::copy(s.program(), program));
+        AutostartLoginItem item(program);
+        item.registerItem();
+        QVERIFY(s.read(s.own()).contains("/100%%u/corvella"));
+        QCOMPARE(item.status(), Status::enabled);
+    }
+
     void aLinkToThisProgramIsThisProgram()
     {
         Setup s;
@@ -196,6 +216,7 @@ private Q_SLOTS:
         QCOMPARE(s.item.status(), Status::enabled);
         QVERIFY(!s.item.unregisterItem());
         QCOMPARE(s.item.status(), Status::requiresApproval);
+        QVERIFY(s.read(s.own()).contains("\nHidden=true\n"));
         if (const auto unit = s.unit())
             QCOMPARE(*unit, QString());
         QVERIFY(!s.item.registerItem());
