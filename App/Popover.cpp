@@ -70,9 +70,10 @@ void Popover::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     const auto& colors = Theme::current().colors;
-    // Whatever moves inside the sheet needs no more than its plain ground.
+    // Whatever moves inside the sheet needs no more than its plain ground between its sides.
     if (contentsRect().adjusted(0, radius, 0, -radius).contains(event->rect())) {
         painter.fillRect(event->rect(), colors.window);
+        paintInnerSides(painter);
         return;
     }
     if (m_compositor.isRunning())
@@ -80,6 +81,17 @@ void Popover::paintEvent(QPaintEvent* event)
     else
         painter.fillRect(rect(), colors.window); // Nothing shows through: the edge needs a ground.
     paintSheet(painter);
+}
+
+void Popover::paintInnerSides(QPainter& painter) const
+{
+    const auto& color = Theme::current().colors.popoverInnerEdge;
+    if (!color.isValid())
+        return;
+    const qreal pixel = 1 / devicePixelRatioF();
+    const QRectF sheet = contentsRect();
+    for (const qreal left : { sheet.left(), sheet.right() - pixel })
+        painter.fillRect(QRectF(left, sheet.top(), pixel, sheet.height()), color);
 }
 
 void Popover::paintShadow(QPainter& painter)

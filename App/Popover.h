@@ -20,6 +20,7 @@ private:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
     void adaptToCompositor();
+    void paintInnerSides(QPainter& painter) const;
     void paintShadow(QPainter& painter);
     void paintSheet(QPainter& painter);
 

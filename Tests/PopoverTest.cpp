@@ -1,6 +1,8 @@
 #include "App/Popover.h"
+#include "App/Ui/Theme.h"
 #include "Tests/Fakes/FakeCompositor.h"
 
+#include <QScopeGuard>
 #include <QTest>
 
 #include <utility>
@@ -21,13 +23,19 @@ struct Setup {
         Q_EMIT compositor.changed();
     }
 
-    // The pixel at a place of the sheet, which may lie outside of it.
-    QColor at(int x, int y)
+    // The window where only that part of it was painted.
+    QImage painted(const QRect& part)
     {
         QImage image(popover->size(), QImage::Format_ARGB32);
         image.fill(Qt::transparent);
-        popover->render(&image, {}, {}, QWidget::DrawWindowBackground);
-        return image.pixelColor(content->pos() + QPoint(x, y));
+        popover->render(&image, part.topLeft(), part, QWidget::DrawWindowBackground);
+        return image;
+    }
+
+    // The pixel at a place of the sheet, which may lie outside of it.
+    QColor at(int x, int y)
+    {
+        return painted(popover->rect()).pixelColor(content->pos() + QPoint(x, y));
     }
 
     FakeCompositor compositor;
@@ -61,6 +69,32 @@ private Q_SLOTS:
         QCOMPARE(s.at(200, 250).alpha(), 255);
         const int shade = s.at(200, 510).alpha();
         QVERIFY(shade > 0 && shade < 128);
+    }
+
+    void aPartPaintedAnewLooksAsBefore_data()
+    {
+        QTest::addColumn<bool>("dark");
+        QTest::addColumn<QRect>("part");
+        for (const bool dark : { false, true }) {
+            const auto* const theme = dark ? "dark" : "light";
+            QTest::addRow("%s, from side to side", theme) << dark << QRect(0, 60, 400, 14);
+            QTest::addRow("%s, in the middle", theme) << dark << QRect(100, 60, 200, 14);
+            QTest::addRow("%s, at the top", theme) << dark << QRect(0, 0, 400, 14);
+        }
+    }
+
+    void aPartPaintedAnewLooksAsBefore()
+    {
+        QFETCH(bool, dark);
+        QFETCH(QRect, part);
+        const auto restore = qScopeGuard([] { Theme::apply({}); });
+        ThemeChoice choice;
+        choice.dark = dark;
+        Theme::apply(choice);
+        Setup s(true);
+        const auto whole = s.painted(s.popover->rect());
+        const auto box = part.translated(s.content->pos());
+        QCOMPARE(s.painted(box).copy(box), whole.copy(box));
     }
 
     void withoutOneTheWindowIsCutToRoundedCorners()
