@@ -37,7 +37,8 @@ QString withoutSeconds(const QString& text)
 // Of the same width as the label whatever the time is, so that the panel keeps still.
 QString labelGuide(QString text)
 {
-    std::ranges::replace_if(text, [](QChar each) { return each.isDigit(); }, u'0');
+    std::ranges::replace_if(
+        text, [](QChar each) { return each.isDigit(); }, u'0');
     return text;
 }
 
