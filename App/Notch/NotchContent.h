@@ -20,3 +20,6 @@ struct NotchContent {
 
 NotchContent notchContent(
     const PomodoroModel& timer, const CalendarModel& calendar, const MeetingTimes& times);
+
+// For those who do not see it; the dot in words.
+QString spoken(const NotchContent& content);

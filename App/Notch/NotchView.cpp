@@ -4,14 +4,20 @@
 #include "App/Meetings/CalendarModel.h"
 #include "App/Meetings/MeetingTimes.h"
 #include "App/Notch/NotchController.h"
+#include "App/Notch/NotchState.h"
+#include "App/Ui/Accessibility.h"
 #include "App/Ui/Corners.h"
 #include "App/Ui/DigitText.h"
+#include "App/Ui/PixelGrid.h"
 #include "App/Ui/Symbols.h"
 #include "App/Ui/TextLine.h"
 #include "App/Ui/Theme.h"
 
+#include <QAccessibleWidget>
+#include <QBitmap>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyle>
 
 #include <cmath>
 #include <utility>
@@ -33,6 +39,33 @@ constexpr int symbolSide = 13;
 constexpr int dotSide = 7;
 constexpr qreal symbolStrength = 0.6;
 constexpr qreal wordsStrength = 0.9;
+
+// The time is in the description, which is looked up when somebody asks.
+class AccessibleNotch final : public QAccessibleWidget {
+public:
+    explicit AccessibleNotch(NotchView* view)
+        : QAccessibleWidget(view, QAccessible::Pane)
+    {
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        if (kind == QAccessible::Description)
+            return spoken(view()->content());
+        return QAccessibleWidget::text(kind);
+    }
+
+    QAccessible::State state() const override
+    {
+        auto state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.expanded = view()->isExpanded();
+        return state;
+    }
+
+private:
+    const NotchView* view() const { return static_cast<const NotchView*>(object()); }
+};
 
 QColor colorOf(NotchContent::Dot dot)
 {
@@ -65,7 +98,9 @@ NotchView::NotchView(const NotchState& state, PomodoroModel& timer, CalendarMode
     , m_tab(NotchController::collapsed)
 {
     setAttribute(Qt::WA_TranslucentBackground);
-    setAccessibleName(u"Corvella"_s);
+    Accessibility::describe(staticMetaObject,
+        [](QWidget* widget) { return new AccessibleNotch(static_cast<NotchView*>(widget)); });
+    setAccessibleName(u"Notch widget"_s);
     refresh();
     for (Model* const model : { static_cast<Model*>(&m_timer), static_cast<Model*>(&m_calendar) })
         model->observe(this, [this] { refresh(); });
@@ -76,19 +111,31 @@ void NotchView::refresh()
     const auto content = notchContent(m_timer, m_calendar, MeetingTimes(m_calendar.zone()));
     if (content == m_content)
         return;
-    const bool isHeaderOnly
-        = content.task == m_content.task && content.meeting == m_content.meeting;
-    m_content = content;
-    if (isHeaderOnly || detailStrength() == 0)
+    const auto before = std::exchange(m_content, content);
+    const bool isOut = detailStrength() > 0;
+    if (content.dot != before.dot || content.title != before.title)
         update(headerBox());
-    else
-        update(tabBox());
+    if (isOut && content.task != before.task)
+        update(rowBox(0));
+    if (isOut && content.meeting != before.meeting)
+        update(rowBox(1));
+    // The time alone would be read out each second.
+    if (content.dot != before.dot || content.task != before.task
+        || content.meeting != before.meeting)
+        Accessibility::tellDescription(this);
+}
+
+bool NotchView::isExpanded() const
+{
+    return m_state.expanded();
 }
 
 QRegion NotchView::shape() const
 {
-    const auto path = Corners::continuous(tabBox(), 0, radius);
-    return { path.toFillPolygon().toPolygon() };
+    QBitmap covered(size()); // Closer to what is painted than a region made of a polygon.
+    covered.clear();
+    QPainter(&covered).fillPath(Corners::continuous(tabBox(), 0, radius), Qt::color1);
+    return { covered };
 }
 
 QSize NotchView::sizeHint() const
@@ -126,6 +173,12 @@ QRect NotchView::headerBox() const
     return { tabBox().left(), top, m_tab.width(), headerHeight };
 }
 
+QRect NotchView::rowBox(int index) const
+{
+    const int top = headerBox().bottom() + 1 + spacing + index * (rowHeight + rowSpacing);
+    return { tabBox().left() + sidePadding, top, m_tab.width() - 2 * sidePadding, rowHeight };
+}
+
 void NotchView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
@@ -136,11 +189,8 @@ void NotchView::paintEvent(QPaintEvent*)
     if (detailStrength() == 0)
         return;
     painter.setOpacity(detailStrength());
-    QRect line(tabBox().left() + sidePadding, headerBox().bottom() + 1 + spacing,
-        m_tab.width() - 2 * sidePadding, rowHeight);
-    paintRow(painter, line, u"target"_s, m_content.task);
-    line.translate(0, rowHeight + rowSpacing);
-    paintRow(painter, line, u"calendar"_s, m_content.meeting);
+    paintRow(painter, rowBox(0), u"target"_s, m_content.task);
+    paintRow(painter, rowBox(1), u"calendar"_s, m_content.meeting);
 }
 
 void NotchView::paintHeader(QPainter& painter) const
@@ -149,10 +199,10 @@ void NotchView::paintHeader(QPainter& painter) const
     const auto box = headerBox();
     const qreal words = title.width(m_content.title);
     const qreal left = box.left() + std::round((box.width() - dotSide - spacing - words) / 2);
-    const QRectF dot(left, box.center().y() + 0.5 - dotSide / 2.0, dotSide, dotSide);
+    const QRectF dot(left, box.top() + (box.height() - dotSide) / 2.0, dotSide, dotSide);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colorOf(m_content.dot));
-    painter.drawEllipse(dot);
+    painter.drawEllipse(PixelGrid::snapped(painter, dot));
     title.paint(painter, QRectF(dot.right() + spacing, box.top(), words, box.height()),
         m_content.title, Qt::white);
 }
@@ -160,9 +210,13 @@ void NotchView::paintHeader(QPainter& painter) const
 void NotchView::paintRow(
     QPainter& painter, const QRect& line, const QString& symbol, const QString& text) const
 {
-    const QRect column(line.left(), line.top(), symbolColumn, line.height());
+    const auto mirrored
+        = [&](const QRect& part) { return QStyle::visualRect(layoutDirection(), line, part); };
+    const auto column = mirrored({ line.left(), line.top(), symbolColumn, line.height() });
     Symbols::paint(painter, symbol, Symbols::centered(symbolSide, column), white(symbolStrength));
-    TextLine::paint(painter, line.adjusted(symbolColumn + spacing, 0, 0, 0), Qt::AlignLeft, text,
+    const auto words = mirrored(line.adjusted(symbolColumn + spacing, 0, 0, 0));
+    painter.setLayoutDirection(layoutDirection());
+    TextLine::paint(painter, words, Qt::AlignLeading, text,
         Theme::current().font(TextRole::widgetRow), white(wordsStrength));
 }
 

@@ -20,6 +20,7 @@ public:
         std::function<void(bool inside)> onHover);
 
     const NotchContent& content() const { return m_content; }
+    bool isExpanded() const;
     QSize tab() const { return m_tab; }
     QRegion shape() const; // Of the tab, in the view's coordinates.
     QSize sizeHint() const override; // The largest that the tab will be.
@@ -33,6 +34,7 @@ private:
     qreal detailStrength() const;
     QRect tabBox() const;
     QRect headerBox() const;
+    QRect rowBox(int index) const;
     void paintHeader(QPainter& painter) const;
     void paintRow(
         QPainter& painter, const QRect& line, const QString& symbol, const QString& text) const;

@@ -23,12 +23,12 @@ OverlayPanel::OverlayPanel(std::unique_ptr<NotchView> view, const MakeWindow& ma
 {
     m_growth.setDuration(growthMs);
     m_growth.setEasingCurve(easeInOut());
+    m_growth.setStartValue(0.0);
+    m_growth.setEndValue(1.0);
     QObject::connect(&m_growth, &QVariantAnimation::valueChanged, &m_growth,
-        [this](const QVariant& size) { setTab(size.toSize()); });
-    QObject::connect(&m_growth, &QVariantAnimation::finished, &m_growth, [this] {
-        m_window->setFrame(m_frame);
-        setTab(m_frame.size());
-    });
+        [this](const QVariant& progress) { grow(progress.toDouble()); });
+    QObject::connect(&m_growth, &QVariantAnimation::finished, &m_growth, [this] { rest(); });
+    rest();
 }
 
 OverlayPanel::~OverlayPanel() = default;
@@ -43,20 +43,34 @@ void OverlayPanel::setFrame(const QRect& frame, bool animated)
 {
     const bool isSameScreen
         = frame.top() == m_frame.top() && frame.center().x() == m_frame.center().x();
-    const QRect before
-        = m_growth.state() == QVariantAnimation::Running ? m_frame.united(frame) : m_frame;
+    const bool isMoving = m_growth.state() == QVariantAnimation::Running;
+    if (isMoving && animated && frame == m_frame)
+        return;
+    const QRect before = isMoving ? m_before.united(m_frame) : m_frame;
     m_growth.stop();
+    m_before = before;
     m_frame = frame;
-    if (!animated || !isSameScreen) {
-        m_window->setFrame(frame);
-        setTab(frame.size());
+    m_start = m_view.tab();
+    if (!animated || !isSameScreen || m_start == frame.size()) {
+        rest();
         return;
     }
-    m_window->setFrame(before.united(frame));
-    setTab(m_view.tab());
-    m_growth.setStartValue(m_view.tab());
-    m_growth.setEndValue(frame.size());
+    m_window->setFrame(m_before.united(frame));
+    setTab(m_start);
     m_growth.start();
+}
+
+// progress: from 0 to 1.
+void OverlayPanel::grow(qreal progress)
+{
+    const QSizeF way = m_frame.size() - m_start;
+    setTab((QSizeF(m_start) + way * progress).toSize());
+}
+
+void OverlayPanel::rest()
+{
+    m_window->setFrame(m_frame);
+    setTab(m_frame.size());
 }
 
 void OverlayPanel::setTab(const QSize& size)

@@ -1,6 +1,7 @@
 // The widget in a window over everything else, in which it grows and shrinks.
 #pragma once
 
+#include "App/Notch/NotchController.h"
 #include "App/Notch/NotchPanel.h"
 
 #include <QVariantAnimation>
@@ -23,10 +24,14 @@ public:
     void setFrame(const QRect& frame, bool animated) override;
 
 private:
+    void grow(qreal progress);
+    void rest();
     void setTab(const QSize& size);
 
     NotchView& m_view; // The window's own.
     std::unique_ptr<OverlayWindow> m_window;
-    QRect m_frame;
+    QRect m_frame { {}, NotchController::collapsed }; // Also where there is no screen.
+    QRect m_before; // What the window covered when it began to grow or shrink.
+    QSize m_start; // Of the tab then.
     QVariantAnimation m_growth;
 };

@@ -87,6 +87,14 @@ QAccessibleInterface* made(const QString& className, QObject* object)
     return found == makers().constEnd() ? nullptr : (*found)(static_cast<QWidget*>(object));
 }
 
+void tell(QWidget* widget, QAccessible::Event change)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(widget, change);
+    QAccessible::updateAccessibility(&event);
+}
+
 }
 
 void Accessibility::describe(const QMetaObject& type, const Maker& make)
@@ -98,10 +106,12 @@ void Accessibility::describe(const QMetaObject& type, const Maker& make)
 
 void Accessibility::tellName(QWidget* widget)
 {
-    if (!QAccessible::isActive())
-        return;
-    QAccessibleEvent event(widget, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
+    tell(widget, QAccessible::NameChanged);
+}
+
+void Accessibility::tellDescription(QWidget* widget)
+{
+    tell(widget, QAccessible::DescriptionChanged);
 }
 
 void Accessibility::tellValue(QWidget* widget, const QVariant& value)

@@ -121,6 +121,38 @@ private Q_SLOTS:
         s.today.clock.time = s.today.at(20, 0);
         QCOMPARE(s.content().meeting, u"No more meetings today"_s);
     }
+
+    void aTextOfAnyKindBecomesOneLine()
+    {
+        Setup s;
+        s.focus.model.setTaskName(u"Write\nthe\t report\r"_s);
+        QCOMPARE(s.content().task, u"Write the report"_s);
+        s.today.add(u"Design\u2028review\n"_s, s.today.at(10, 30), s.today.at(11, 0));
+        s.grant();
+        QCOMPARE(s.content().meeting, u"Design review · 10:30"_s);
+    }
+
+    void anEndlessTextIsCut()
+    {
+        Setup s;
+        s.focus.model.setTaskName(QString(1'000'000, u'W'));
+        s.today.add(QString(1'000'000, u'M'), s.today.at(10, 30), s.today.at(11, 0));
+        s.grant();
+        QCOMPARE(s.content().task, QString(500, u'W'));
+        QCOMPARE(s.content().meeting, QString(500, u'M') + u" · 10:30"_s);
+    }
+
+    void itIsSpokenWithTheDotInWords()
+    {
+        Setup s;
+        const auto rest = u"; No task set; Meetings: calendar access off"_s;
+        QCOMPARE(spoken(s.content()), u"Corvella, not running"_s + rest);
+        s.focus.model.start();
+        QCOMPARE(spoken(s.content()), u"25:00, focus"_s + rest);
+        s.focus.tickAfter(1500);
+        s.focus.model.start();
+        QCOMPARE(spoken(s.content()), u"05:00, break"_s + rest);
+    }
 };
 
 QTEST_GUILESS_MAIN(NotchContentTest)
