@@ -50,8 +50,20 @@ void X11OverlayWindow::orderFront()
 
 void X11OverlayWindow::setFrame(const QRect& frame)
 {
-    m_content->setGeometry(withRoom(frame));
+    place(withRoom(frame));
     m_foreground.raiseSoon(); // Panels move with the screens, too.
+}
+
+// The shape counts from the corner of the window, which moves. Until the caller has set the next
+// one, what was covered stays so: no pointer leaves a window that grows, and nothing flashes.
+void X11OverlayWindow::place(const QRect& frame)
+{
+    const auto before = m_content->geometry();
+    if (before == frame)
+        return;
+    const auto kept = m_shape + m_shape.translated(before.topLeft() - frame.topLeft());
+    apply(kept, frame.contains(before) ? kept : m_shape);
+    m_content->setGeometry(frame);
 }
 
 // Behind Wayland a window that grows under the pointer loses it for as long as that rests. There
@@ -70,23 +82,32 @@ void X11OverlayWindow::setShape(const QRegion& shape)
     applyShape();
 }
 
-// Without a compositor all of a window is seen that is not cut away.
 void X11OverlayWindow::applyShape()
+{
+    apply(m_shape, m_shape);
+}
+
+// Without a compositor all of a window is seen that is not cut away.
+void X11OverlayWindow::apply(const QRegion& seen, const QRegion& touched)
 {
     if (!X11Connection::connection())
         return;
+    cut(XCB_SHAPE_SK_INPUT, touched);
+    if (m_compositor.isRunning())
+        xcb_shape_mask(X11Connection::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+            static_cast<xcb_window_t>(m_content->winId()), 0, 0, XCB_NONE);
+    else
+        cut(XCB_SHAPE_SK_BOUNDING, seen);
+    xcb_flush(X11Connection::connection());
+}
+
+void X11OverlayWindow::cut(uint8_t kind, const QRegion& shape)
+{
     const qreal scale = m_content->devicePixelRatioF();
     std::vector<xcb_rectangle_t> parts;
-    for (const QRect& part : m_shape)
+    for (const QRect& part : shape)
         parts.push_back(native(part, scale));
-    const auto window = static_cast<xcb_window_t>(m_content->winId());
-    auto* const connection = X11Connection::connection();
-    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, 0, window, 0, 0,
-        static_cast<uint32_t>(parts.size()), parts.data());
-    if (m_compositor.isRunning())
-        xcb_shape_mask(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0, XCB_NONE);
-    else
-        xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, 0, window, 0, 0,
-            static_cast<uint32_t>(parts.size()), parts.data());
-    xcb_flush(connection);
+    xcb_shape_rectangles(X11Connection::connection(), XCB_SHAPE_SO_SET, kind, 0,
+        static_cast<xcb_window_t>(m_content->winId()), 0, 0, static_cast<uint32_t>(parts.size()),
+        parts.data());
 }

@@ -6,6 +6,7 @@
 
 #include <QObject>
 
+#include <cstdint>
 #include <memory>
 
 class Compositor;
@@ -25,7 +26,10 @@ public:
 
 private:
     QRect withRoom(const QRect& frame) const;
+    void place(const QRect& frame);
     void applyShape();
+    void apply(const QRegion& seen, const QRegion& touched);
+    void cut(uint8_t kind, const QRegion& shape);
 
     const Compositor& m_compositor;
     std::unique_ptr<QWidget> m_content;
