@@ -109,15 +109,12 @@ NotchView::NotchView(const NotchState& state, PomodoroModel& timer, CalendarMode
 void NotchView::refresh()
 {
     const auto content = notchContent(m_timer, m_calendar, MeetingTimes(m_calendar.zone()));
-    if (content == m_content)
-        return;
     const auto before = std::exchange(m_content, content);
-    const bool isOut = detailStrength() > 0;
     if (content.dot != before.dot || content.title != before.title)
         update(headerBox());
-    if (isOut && content.task != before.task)
+    if (content.task != before.task)
         update(rowBox(0));
-    if (isOut && content.meeting != before.meeting)
+    if (content.meeting != before.meeting)
         update(rowBox(1));
     // The time alone would be read out each second.
     if (content.dot != before.dot || content.task != before.task

@@ -3,6 +3,8 @@
 #include "App/Notch/NotchView.h"
 #include "App/Platform/OverlayWindow.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int growthMs = 200;
@@ -43,19 +45,16 @@ void OverlayPanel::setFrame(const QRect& frame, bool animated)
 {
     const bool isSameScreen
         = frame.top() == m_frame.top() && frame.center().x() == m_frame.center().x();
-    const bool isMoving = m_growth.state() == QVariantAnimation::Running;
-    if (isMoving && animated && frame == m_frame)
-        return;
-    const QRect before = isMoving ? m_before.united(m_frame) : m_frame;
+    if (animated && frame == m_frame)
+        return; // It is there, or on its way.
     m_growth.stop();
-    m_before = before;
-    m_frame = frame;
+    const auto before = std::exchange(m_frame, frame);
     m_start = m_view.tab();
-    if (!animated || !isSameScreen || m_start == frame.size()) {
+    if (!animated || !isSameScreen) {
         rest();
         return;
     }
-    m_window->setFrame(m_before.united(frame));
+    m_window->setFrame(before.united(frame));
     setTab(m_start);
     m_growth.start();
 }

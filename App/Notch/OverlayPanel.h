@@ -31,7 +31,6 @@ private:
     NotchView& m_view; // The window's own.
     std::unique_ptr<OverlayWindow> m_window;
     QRect m_frame { {}, NotchController::collapsed }; // Also where there is no screen.
-    QRect m_before; // What the window covered when it began to grow or shrink.
-    QSize m_start; // Of the tab then.
+    QSize m_start; // Of the tab when it began to grow or shrink.
     QVariantAnimation m_growth;
 };

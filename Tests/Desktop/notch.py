@@ -294,6 +294,16 @@ class Notch(unittest.TestCase):
         store(showNotch="no")
         wait_for(collapsed())
 
+    def test_shown_under_a_resting_pointer_it_grows(self):
+        store(showNotch=False)
+        wait_until(lambda: not windows(), "its window is gone")
+        x, _, width, _ = collapsed()
+        move_pointer(x + width - 5, 5)
+        store(showNotch=True)
+        wait_for(expanded())
+        leave()
+        wait_for(collapsed())
+
     def test_it_is_switched_a_hundred_times(self):
         for turn in range(100):
             store(showNotch=turn % 2 == 1)

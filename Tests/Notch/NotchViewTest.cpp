@@ -1,15 +1,11 @@
 #include "App/Notch/NotchView.h"
 #include "App/Notch/NotchController.h"
-#include "App/Ui/Corners.h"
-#include "App/Ui/TextLine.h"
+#include "Tests/Notch/NotchPicture.h"
 #include "Tests/Notch/NotchSetup.h"
 
 #include <QAccessible>
 #include <QElapsedTimer>
 #include <QImage>
-#include <QPaintEvent>
-#include <QPainter>
-#include <QPainterPath>
 #include <QTest>
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformaccessibility.h>
@@ -18,28 +14,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-
-// What of a widget has been painted again, and how often.
-class Repaints final : public QObject {
-public:
-    explicit Repaints(QWidget& widget)
-    {
-        QCoreApplication::processEvents();
-        widget.installEventFilter(this);
-    }
-
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() != QEvent::Paint)
-            return false;
-        region += static_cast<QPaintEvent*>(event)->region();
-        ++count;
-        return false;
-    }
-
-    QRegion region;
-    int count = 0;
-};
 
 struct Setup : NotchSetup {
     Setup() { collapse(); }
@@ -69,29 +43,6 @@ struct Setup : NotchSetup {
         return image;
     }
 
-    // Around what is neither black nor outside the tab.
-    static QRect inked(const QImage& image, const QRect& part)
-    {
-        QRect found;
-        for (int y = part.top(); y <= part.bottom(); ++y) {
-            for (int x = part.left(); x <= part.right(); ++x) {
-                if (image.pixelColor(x, y) != Qt::black)
-                    found |= QRect(x, y, 1, 1);
-            }
-        }
-        return found;
-    }
-
-    static int brightest(const QImage& image, const QRect& part)
-    {
-        int most = 0;
-        for (int y = part.top(); y <= part.bottom(); ++y) {
-            for (int x = part.left(); x <= part.right(); ++x)
-                most = std::max(most, qGray(image.pixel(x, y)));
-        }
-        return most;
-    }
-
     QRegion repaintedBy(const std::function<void()>& change)
     {
         const Repaints repaints(*view);
@@ -118,7 +69,7 @@ private Q_SLOTS:
         // The dot stands before the words, and its middle pixel has its colour alone.
         const auto dot = [&] {
             const auto image = s.picture();
-            const int left = s.inked(image, { 30, 7, 90, 20 }).left();
+            const int left = inked(image, { 30, 7, 90, 20 }).left();
             return image.pixelColor(left + 3, 17);
         };
         QCOMPARE(dot(), QColor(0x8E8E93));
@@ -152,17 +103,17 @@ private Q_SLOTS:
         s.setTab(tab);
         const auto image = s.picture(4);
         const QRect header(40 * 4, (middle - 11) * 4, (tab.width() - 80) * 4, 22 * 4);
-        const auto all = s.inked(image, header);
+        const auto all = inked(image, header);
         QVERIFY(qAbs(all.left() + all.right() + 1 - tab.width() * 4) <= 8);
         // Dot, gap and words; the colon's and digits' sides are not inked to the last pixel.
-        const auto dot = s.inked(image, { all.left(), header.top(), 7 * 4 + 4, header.height() });
+        const auto dot = inked(image, { all.left(), header.top(), 7 * 4 + 4, header.height() });
         QCOMPARE(dot.size(), QSize(28, 28));
         QVERIFY(qAbs(dot.center().y() - (middle * 4 - 1)) <= 1);
-        const auto words = s.inked(image, all.adjusted(dot.width(), 0, 0, 0));
+        const auto words = inked(image, all.adjusted(dot.width(), 0, 0, 0));
         const int gap = words.left() - dot.right() - 1;
         QVERIFY2(gap >= 6 * 4 && gap <= 8 * 4, QByteArray::number(gap));
         QVERIFY(qAbs(words.center().y() - (middle * 4 - 1)) <= 2);
-        QCOMPARE(s.brightest(image, words), 255);
+        QCOMPARE(brightest(image, words), 255);
     }
 
     void rowsStandAsDrawn()
@@ -172,16 +123,16 @@ private Q_SLOTS:
         const auto image = s.picture();
         for (const auto& [symbol, words] :
             { std::pair(taskSymbol, taskWords), std::pair(meetingSymbol, meetingWords) }) {
-            const auto drawn = s.inked(image, symbol.adjusted(-14, 0, 5, 0));
+            const auto drawn = inked(image, symbol.adjusted(-14, 0, 5, 0));
             QVERIFY(drawn.width() >= 9 && drawn.width() <= 13);
             QVERIFY(qAbs(drawn.center().x() - symbol.center().x()) <= 1);
-            const auto text = s.inked(image, words);
+            const auto text = inked(image, words);
             QVERIFY(text.left() >= 34 && text.left() <= 35);
             QVERIFY(!text.isEmpty());
         }
         // Nothing between the lines, nor below them.
-        QVERIFY(s.inked(image, { 20, 62, 280, 3 }).isEmpty());
-        QVERIFY(s.inked(image, { 30, 81, 260, 15 }).isEmpty());
+        QVERIFY(inked(image, { 20, 62, 280, 3 }).isEmpty());
+        QVERIFY(inked(image, { 30, 81, 260, 15 }).isEmpty());
         QVERIFY(s.picture().copy(taskSymbol) != s.picture().copy(meetingSymbol));
     }
 
@@ -193,20 +144,20 @@ private Q_SLOTS:
         s.expand();
         const auto image = s.picture(4);
         const auto at4 = [](const QRect& box) { return QRect(box.topLeft() * 4, box.size() * 4); };
-        QCOMPARE(s.brightest(image, at4(taskWords)), qRound(255 * 0.9));
-        QCOMPARE(s.brightest(image, at4(taskSymbol)), qRound(255 * 0.6));
+        QCOMPARE(brightest(image, at4(taskWords)), qRound(255 * 0.9));
+        QCOMPARE(brightest(image, at4(taskSymbol)), qRound(255 * 0.6));
     }
 
     void detailsFadeInWithTheHeight()
     {
         Setup s;
         s.expand();
-        const int full = s.brightest(s.picture(), taskWords);
+        const int full = brightest(s.picture(), taskWords);
         s.setTab({ 235, 63 });
-        const int half = s.brightest(s.picture(), { 34, 30, 180, 33 });
+        const int half = brightest(s.picture(), { 34, 30, 180, 33 });
         QVERIFY(half > full / 4 && half < full * 3 / 4);
         s.setTab(NotchController::collapsed);
-        QVERIFY(s.inked(s.picture(), { 30, 24, 90, 6 }).isEmpty());
+        QVERIFY(inked(s.picture(), { 30, 24, 90, 6 }).isEmpty());
     }
 
     void theTabIsSquareAboveAndRoundBelow()
@@ -224,6 +175,9 @@ private Q_SLOTS:
             QCOMPARE(image.pixelColor(right, bottom), Qt::white);
             QCOMPARE(image.pixelColor(3, bottom - 3), Qt::white);
             QCOMPARE(image.pixelColor(6, bottom - 6), Qt::black);
+            // The edge goes through this one, with most of it outside.
+            const int gray = qGray(image.pixel(4, bottom - 4));
+            QVERIFY2(gray > 128 && gray < 255, QByteArray::number(gray));
         }
     }
 
@@ -256,6 +210,9 @@ private Q_SLOTS:
         QCOMPARE(s.picture().pixelColor(84, 0), Qt::white);
         QCOMPARE(s.picture().pixelColor(85, 0), Qt::black);
         QCOMPARE(s.picture().pixelColor(160, 31), Qt::white);
+        s.show();
+        QVERIFY(!s.repaintedBy([&] { s.view->setTab({ 200, 50 }); }).isEmpty());
+        QCOMPARE(s.view->shape().boundingRect(), QRect(60, 0, 200, 50));
     }
 
     void aTickRepaintsTheHeaderOnly()
@@ -319,10 +276,10 @@ private Q_SLOTS:
         const auto image = s.picture();
         QVERIFY2(elapsed.elapsed() < 500, QByteArray::number(elapsed.elapsed()));
         for (const auto& words : { taskWords, meetingWords }) {
-            QVERIFY(s.inked(image, { 305, words.top(), 10, 16 }).isEmpty());
+            QVERIFY(inked(image, { 305, words.top(), 10, 16 }).isEmpty());
             // The dots of the ellipsis: nothing at the height of capitals.
-            QVERIFY(!s.inked(image, { 295, words.top(), 10, 16 }).isEmpty());
-            QVERIFY(s.inked(image, { 297, words.top(), 8, 9 }).isEmpty());
+            QVERIFY(!inked(image, { 295, words.top(), 10, 16 }).isEmpty());
+            QVERIFY(inked(image, { 297, words.top(), 8, 9 }).isEmpty());
         }
     }
 
@@ -332,7 +289,7 @@ private Q_SLOTS:
         s.focus.model.setTaskName(u"كتابة التقرير"_s);
         QCoreApplication::processEvents();
         s.expand();
-        const int left = s.inked(s.picture(), taskWords).left();
+        const int left = inked(s.picture(), taskWords).left();
         QVERIFY(left >= 34 && left <= 36);
     }
 
@@ -342,11 +299,11 @@ private Q_SLOTS:
         s.view->setLayoutDirection(Qt::RightToLeft);
         s.expand();
         const auto image = s.picture();
-        const auto symbol = s.inked(image, { 291, 46, 29, 16 });
+        const auto symbol = inked(image, { 291, 46, 29, 16 });
         QVERIFY(qAbs(symbol.center().x() - 297) <= 1);
-        const int right = s.inked(image, { 16, 46, 270, 16 }).right();
+        const int right = inked(image, { 16, 46, 270, 16 }).right();
         QVERIFY2(qAbs(right - 285) <= 1, QByteArray::number(right));
-        QVERIFY(s.inked(image, { 16, 46, 40, 16 }).isEmpty());
+        QVERIFY(inked(image, { 16, 46, 40, 16 }).isEmpty());
     }
 
     void hostileTextsArePainted_data()
@@ -368,8 +325,8 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         s.expand();
         const auto image = s.picture();
-        QVERIFY(s.inked(image, { 305, 40, 10, 30 }).isEmpty());
-        QVERIFY(!s.inked(image, meetingWords).isEmpty());
+        QVERIFY(inked(image, { 305, 40, 10, 30 }).isEmpty());
+        QVERIFY(!inked(image, meetingWords).isEmpty());
     }
 
     void theWidgetIsTheSameInEveryTheme()

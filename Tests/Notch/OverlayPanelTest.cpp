@@ -104,7 +104,8 @@ private Q_SLOTS:
         QElapsedTimer elapsed;
         elapsed.start();
         s.panel->setFrame(expanded, true);
-        QCOMPARE(s.tab(), collapsed.size());
+        QCOMPARE(s.record.sights.last().frame, expanded);
+        QCOMPARE(s.record.sights.last().tab, collapsed);
         QTRY_VERIFY(s.rests(expanded));
         QVERIFY2(elapsed.elapsed() >= 190, QByteArray::number(elapsed.elapsed()));
         QVERIFY(s.record.sights.size() > 3);
@@ -211,8 +212,10 @@ private Q_SLOTS:
         s.panel->setFrame(expanded, true);
         QTRY_VERIFY(s.isUnderWay(collapsed, expanded));
         const auto reached = s.tab();
+        const auto told = s.record.frames.size();
         s.panel->setFrame(expanded, true);
         QCOMPARE(s.tab(), reached);
+        QCOMPARE(s.record.frames.size(), told);
         QTRY_VERIFY(s.rests(expanded));
     }
 
