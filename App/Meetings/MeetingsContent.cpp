@@ -37,9 +37,7 @@ static bool turnsText(QChar c)
     }
 }
 
-// So that the signs in a title written from right to left stay with it, and what follows is never
-// turned around, not even by a title that closes more or less than it opens.
-static QString isolated(const QString& title)
+QString isolated(const QString& title)
 {
     if (std::ranges::none_of(title, turnsText))
         return title;

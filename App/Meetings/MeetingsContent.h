@@ -18,6 +18,10 @@ enum class MeetingsBody {
 
 MeetingsBody meetingsBody(const CalendarModel& model);
 
+// So that the signs in a title written from right to left stay with it, and what follows is never
+// turned around, not even by a title that closes more or less than it opens.
+QString isolated(const QString& title);
+
 struct MeetingLine {
     QString id;
     QString title;

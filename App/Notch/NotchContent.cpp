@@ -3,6 +3,7 @@
 #include "App/Focus/PomodoroModel.h"
 #include "App/Meetings/CalendarModel.h"
 #include "App/Meetings/MeetingTimes.h"
+#include "App/Meetings/MeetingsContent.h"
 
 #include <QStringList>
 
@@ -27,7 +28,7 @@ NotchContent::Dot dotOf(const PomodoroModel& timer)
 QString meetingOf(const CalendarModel& calendar, const MeetingTimes& times)
 {
     if (const auto* const next = calendar.next())
-        return lineOf(next->title) + u" · "_s + times.shortTime(next->start);
+        return isolated(lineOf(next->title)) + u" · "_s + times.shortTime(next->start);
     return calendar.authorized() ? u"No more meetings today"_s : u"Meetings: calendar access off"_s;
 }
 

@@ -19,6 +19,7 @@
 #include <QPainterPath>
 #include <QStyle>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -89,7 +90,7 @@ QColor white(qreal strength)
 
 }
 
-NotchView::NotchView(const NotchState& state, PomodoroModel& timer, CalendarModel& calendar,
+NotchView::NotchView(NotchState& state, PomodoroModel& timer, CalendarModel& calendar,
     std::function<void(bool inside)> onHover)
     : m_state(state)
     , m_timer(timer)
@@ -104,6 +105,7 @@ NotchView::NotchView(const NotchState& state, PomodoroModel& timer, CalendarMode
     refresh();
     for (Model* const model : { static_cast<Model*>(&m_timer), static_cast<Model*>(&m_calendar) })
         model->observe(this, [this] { refresh(); });
+    state.observe(this, [this] { Accessibility::tellExpanded(this); });
 }
 
 void NotchView::refresh()
@@ -219,10 +221,12 @@ void NotchView::paintRow(
 
 void NotchView::enterEvent(QEnterEvent*)
 {
-    m_onHover(true);
+    if (isVisible())
+        m_onHover(true);
 }
 
 void NotchView::leaveEvent(QEvent*)
 {
-    m_onHover(false);
+    if (isVisible()) // Also after the widget was switched off, while this is being put away.
+        m_onHover(false);
 }

@@ -16,7 +16,7 @@ class NotchView final : public QWidget {
 
 public:
     // Calls onHover when the pointer enters or leaves the tab.
-    NotchView(const NotchState& state, PomodoroModel& timer, CalendarModel& calendar,
+    NotchView(NotchState& state, PomodoroModel& timer, CalendarModel& calendar,
         std::function<void(bool inside)> onHover);
 
     const NotchContent& content() const { return m_content; }

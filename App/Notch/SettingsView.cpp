@@ -76,7 +76,7 @@ void SettingsView::connectControls()
         [this](bool on) { m_defaults.setBoolean(showNotchKey, on); });
     connect(m_launchAtLogin, &Switch::clicked, this, &SettingsView::setLaunch);
     connect(m_quit, &Button::clicked, this, [this] { m_terminate(); });
-    connect(&m_defaults, &UserDefaults::changed, this, &SettingsView::refresh);
+    connect(&m_defaults, &UserDefaults::changed, this, &SettingsView::refreshNotch);
 }
 
 void SettingsView::setLaunch(bool on)
@@ -92,8 +92,13 @@ void SettingsView::setLaunch(bool on)
 
 void SettingsView::refresh()
 {
-    m_showNotch->setChecked(m_defaults.boolean(showNotchKey).value_or(true));
+    refreshNotch();
     m_launchAtLogin->setChecked(m_loginItem.status() == LoginItem::Status::enabled);
+}
+
+void SettingsView::refreshNotch()
+{
+    m_showNotch->setChecked(m_defaults.boolean(showNotchKey).value_or(true));
 }
 
 // The login item may have been changed elsewhere meanwhile.

@@ -22,6 +22,7 @@ private:
     void nameParts();
     void connectControls();
     void refresh();
+    void refreshNotch();
     void setLaunch(bool on);
     void arrange() override;
     void showEvent(QShowEvent* event) override;

@@ -114,6 +114,16 @@ void Accessibility::tellDescription(QWidget* widget)
     tell(widget, QAccessible::DescriptionChanged);
 }
 
+void Accessibility::tellExpanded(QWidget* widget)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessible::State changed;
+    changed.expanded = true;
+    QAccessibleStateChangeEvent event(widget, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
 void Accessibility::tellValue(QWidget* widget, const QVariant& value)
 {
     if (!QAccessible::isActive())

@@ -19,6 +19,7 @@ void describe(const QMetaObject& type, const Maker& make);
 // Tell of a change. Where nobody listens nothing is done, unlike by Qt's own functions.
 void tellName(QWidget* widget);
 void tellDescription(QWidget* widget);
+void tellExpanded(QWidget* widget); // Or collapsed.
 void tellValue(QWidget* widget, const QVariant& value);
 
 // Describes the controls of this folder, and buttons of any kind. Every control of ours calls it;

@@ -132,6 +132,14 @@ private Q_SLOTS:
         QCOMPARE(s.content().meeting, u"Design review · 10:30"_s);
     }
 
+    void aTitleTurnsNothingAround()
+    {
+        Setup s;
+        s.today.add(u"a\u202Eb"_s, s.today.at(10, 30), s.today.at(11, 0));
+        s.grant();
+        QCOMPARE(s.content().meeting, u"\u2068a\u202Eb\u2069 · 10:30"_s);
+    }
+
     void anEndlessTextIsCut()
     {
         Setup s;
