@@ -16,6 +16,8 @@ namespace {
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
 constexpr auto glibVariable = "QT_NO_GLIB";
+// Waited for once, before there is anything to hold up: a compositor is asked while it may still be
+// starting the session itself.
 constexpr auto longestProbe = std::chrono::seconds(1);
 constexpr unsigned longestFarewell = 3; // Seconds.
 constexpr int largeMemory = 128 * 1024; // Bytes
@@ -35,7 +37,7 @@ QByteArray platform()
     const auto compositor = WaylandProbe::socket();
     return WaylandProbe::offers(compositor, LayerShellModule::interface, longestProbe)
         ? "wayland;xcb"
-        : "xcb";
+        : "xcb;wayland";
 }
 
 }

@@ -2,11 +2,10 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
-#include <chrono>
+#include <algorithm>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -17,14 +16,19 @@ namespace {
 // waiting in memory that is gone.
 constexpr auto lastFrame = 2s;
 
+constexpr std::chrono::milliseconds shortestWait = 100ms;
+constexpr std::chrono::milliseconds longestWait = 60s;
+
 }
 
 LayerOverlayWindow::LayerOverlayWindow(const LayerShell& shell, std::unique_ptr<QWidget> content)
     : m_content(std::move(content))
     , m_window(shell, *m_content)
 {
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &LayerOverlayWindow::settle);
+    connect(&m_window, &LayerWindow::lost, this, &LayerOverlayWindow::settleLater);
     // It may be that of an output that comes back.
-    connect(&m_window, &LayerWindow::lost, this, &LayerOverlayWindow::settle, Qt::QueuedConnection);
     connect(qApp, &QGuiApplication::screenAdded, this, &LayerOverlayWindow::settle,
         Qt::QueuedConnection);
 }
@@ -38,6 +42,7 @@ LayerOverlayWindow::~LayerOverlayWindow()
 void LayerOverlayWindow::orderFront()
 {
     m_isWanted = true;
+    m_wait = shortestWait;
     settle();
 }
 
@@ -51,6 +56,13 @@ void LayerOverlayWindow::setFrame(const QRect& frame)
 void LayerOverlayWindow::setShape(const QRegion& shape)
 {
     m_content->windowHandle()->setMask(shape);
+}
+
+// A compositor that takes it away whenever it is there is troubled less and less often.
+void LayerOverlayWindow::settleLater()
+{
+    m_pause.start(m_wait);
+    m_wait = std::min(2 * m_wait, longestWait);
 }
 
 // On the output whose upper edge the frame is at.

@@ -5,7 +5,9 @@
 #include "App/Platform/OverlayWindow.h"
 
 #include <QRegion>
+#include <QTimer>
 
+#include <chrono>
 #include <memory>
 
 class LayerOverlayWindow final : public QObject, public OverlayWindow {
@@ -21,9 +23,12 @@ public:
 
 private:
     void settle();
+    void settleLater();
 
     std::unique_ptr<QWidget> m_content;
     LayerWindow m_window;
     QRect m_frame;
     bool m_isWanted = false;
+    QTimer m_pause;
+    std::chrono::milliseconds m_wait {};
 };

@@ -120,7 +120,11 @@ void LayerPopoverWindow::hangAnywhere()
         return sheet->isShown() && sheet->screen() == QGuiApplication::primaryScreen();
     };
     const auto found = std::ranges::find_if(m_sheets, onMain);
-    hangFrom(found == m_sheets.end() ? *m_sheets.front() : **found, std::nullopt);
+    auto& sheet = found == m_sheets.end() ? *m_sheets.front() : **found;
+    if (sheet.isConfigured())
+        hangFrom(sheet, std::nullopt);
+    else
+        m_pointerIsElsewhere.start();
 }
 
 void LayerPopoverWindow::hangFrom(LayerSheet& sheet, const std::optional<QPoint>& pointer)

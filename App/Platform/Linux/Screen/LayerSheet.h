@@ -16,6 +16,7 @@ public:
     ~LayerSheet() override;
 
     bool isShown() const { return m_window.isShown(); }
+    bool isConfigured() const { return m_window.isConfigured(); } // It has its size.
     QScreen* screen() const { return m_window.screen(); }
     // In the sheet's own coordinates. Panels are taken to be at the edges that are nearest to a
     // place: the compositor tells only how much room they leave.

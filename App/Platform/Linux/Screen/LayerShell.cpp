@@ -101,15 +101,16 @@ void LayerSurface::takeKeyboard()
     request(setKeyboardInteractivity, exclusiveKeyboard);
 }
 
+// The reader may well destroy the surface, here and below.
 void LayerSurface::configure(
     void* self, wl_proxy*, uint32_t serial, uint32_t width, uint32_t height)
 {
     auto& surface = *static_cast<LayerSurface*>(self);
     surface.request(ackConfigure, serial);
-    surface.m_reader.configured({ int(width), int(height) });
+    const auto configured = surface.m_reader.configured;
+    configured({ int(width), int(height) });
 }
 
-// The reader may well destroy the surface.
 void LayerSurface::close(void* self, wl_proxy*)
 {
     const auto closed = static_cast<LayerSurface*>(self)->m_reader.closed;

@@ -7,6 +7,8 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <utility>
+
 LayerWindow::LayerWindow(const LayerShell& shell, QWidget& widget)
     : m_shell(shell)
     , m_widget(widget)
@@ -30,6 +32,8 @@ bool LayerWindow::show(QScreen& screen, LayerSurface::Place place, const QSize& 
         return false;
     hide();
     m_screen = &screen;
+    m_place = place;
+    m_wanted = size;
     m_isConfigured = false;
     // What is painted before the compositor has spoken ends the connection.
     m_widget.setUpdatesEnabled(false);
@@ -53,6 +57,7 @@ void LayerWindow::hide()
 
 void LayerWindow::setSize(const QSize& size)
 {
+    m_wanted = size;
     if (m_surface)
         m_surface->setSize(size);
     m_widget.resize(size);
@@ -67,17 +72,27 @@ void LayerWindow::takeKeyboard()
         wl_surface_commit(surface);
 }
 
-// Later ones are answers to sizes that may be old by now.
+// Of what has a size of its own, later ones are answers to sizes that may be old by now.
 void LayerWindow::configure(const QSize& size)
 {
-    if (m_isConfigured)
+    if (m_isConfigured && m_place == LayerSurface::Place::top)
         return;
-    m_isConfigured = true;
-    m_widget.resize(size);
+    m_widget.resize(acceptable(size));
+    if (std::exchange(m_isConfigured, true))
+        return;
     m_widget.setUpdatesEnabled(true);
     // At once: where a former surface never came to its next frame, Qt still waits for that one
     // before it paints another.
     m_widget.repaint();
+}
+
+// A compositor may leave the size to us, or get it wrong.
+QSize LayerWindow::acceptable(const QSize& given) const
+{
+    constexpr QSize largest(16384, 16384);
+    if (!given.isEmpty())
+        return given.boundedTo(largest);
+    return m_wanted.isEmpty() && m_screen ? m_screen->size() : m_wanted;
 }
 
 void LayerWindow::lose()

@@ -19,6 +19,7 @@ public:
     ~LayerWindow() override;
 
     bool isShown() const { return m_surface.has_value(); }
+    bool isConfigured() const { return m_isConfigured; }
     QScreen* screen() const { return m_screen; } // Null once the output is gone.
 
     // False when the screen stands for no output. A size is of no use to what is everywhere.
@@ -33,11 +34,14 @@ Q_SIGNALS:
 private:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void configure(const QSize& size);
+    QSize acceptable(const QSize& given) const;
     void lose();
 
     const LayerShell& m_shell;
     QWidget& m_widget;
     QPointer<QScreen> m_screen;
     std::optional<LayerSurface> m_surface; // Absent while it is hidden.
+    LayerSurface::Place m_place {};
+    QSize m_wanted; // Empty for what is everywhere.
     bool m_isConfigured = false;
 };

@@ -49,14 +49,16 @@ void paintWithoutGraphicsCard()
 
 extern "C" Q_DECL_EXPORT DesktopWindows* corvellaLayerShell()
 {
-    // For Qt to leave it to others what a surface is; it asks whenever it comes to one.
-    qputenv(ChildProcess::privateVariable, "1");
     auto* const display = WaylandHandles::display();
     if (!display)
         return nullptr;
     paintWithoutGraphicsCard();
     auto windows = std::make_unique<LayerWindows>(display);
-    return windows->areThere() ? windows.release() : nullptr;
+    if (!windows->areThere())
+        return nullptr;
+    // For Qt to leave it to others what a surface is; it asks whenever it comes to one.
+    qputenv(ChildProcess::privateVariable, "1");
+    return windows.release();
 }
 
 static_assert(std::is_same_v<decltype(&corvellaLayerShell), LayerShellFactory>);

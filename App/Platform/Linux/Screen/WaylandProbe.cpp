@@ -17,7 +17,6 @@ namespace {
 enum Object : uint32_t { display = 1, registry, callback };
 enum Request : uint32_t { sync = 0, getRegistry = 1 };
 constexpr qsizetype headerSize = 8;
-constexpr qsizetype mostBytes = 1 << 20; // No compositor has that much to offer.
 
 class Descriptor final {
 public:
@@ -124,7 +123,7 @@ bool WaylandProbe::offers(
     QByteArray bytes;
     std::array<char, 4096> part;
     auto answer = Answer::unfinished;
-    while (answer == Answer::unfinished && bytes.size() < mostBytes) {
+    while (answer == Answer::unfinished && !deadline.hasExpired()) {
         pollfd waiting { compositor.number(), POLLIN, 0 };
         if (::poll(&waiting, 1, int(deadline.remainingTime())) <= 0)
             return false;

@@ -42,10 +42,11 @@ bool X11Foreground::nativeEventFilter(const QByteArray&, void* message, qintptr*
 
 void X11Foreground::raise() const
 {
-    if (!m_window.isVisible())
+    auto* const x = X11Connection::connection();
+    if (!x || !m_window.isVisible())
         return;
     const uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(X11Connection::connection(),
-        static_cast<xcb_window_t>(m_window.internalWinId()), XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    xcb_flush(X11Connection::connection());
+    xcb_configure_window(x, static_cast<xcb_window_t>(m_window.internalWinId()),
+        XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_flush(x);
 }

@@ -33,7 +33,7 @@ QByteArray quoted(const QString& argument)
             command += u'\\';
         command += character;
     }
-    command.replace(u'%', u"%%"_s).replace(u'\\', u"\\\\"_s);
+    command.replace(u'%', u"%%"_s).replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s);
     return '"' + command.toUtf8() + '"';
 }
 

@@ -25,6 +25,7 @@ private Q_SLOTS:
         overlay.setFrame({ 0, 0, 150, 30 });
         overlay.setShape(QRect(0, 0, 150, 30));
         overlay.orderFront();
+        QTest::qWait(200); // It is raised again a moment later.
         QVERIFY(shown.isVisible());
     }
 

@@ -49,8 +49,11 @@ QByteArray end()
 // A compositor that answers whatever it is asked with the same bytes, and then hangs.
 class PlayedCompositor final {
 public:
-    explicit PlayedCompositor(const QByteArray& answer)
-        : m_listener(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    enum class Kind { saysItOnce, neverEnds };
+
+    explicit PlayedCompositor(const QByteArray& answer, Kind kind = Kind::saysItOnce)
+        : m_isEndless(kind == Kind::neverEnds)
+        , m_listener(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_un address {};
         address.sun_family = AF_UNIX;
@@ -74,13 +77,15 @@ private:
     void serve(const QByteArray& answer) const
     {
         const int client = ::accept(m_listener, nullptr, nullptr);
-        ::send(client, answer.constData(), size_t(answer.size()), MSG_NOSIGNAL);
+        while (::send(client, answer.constData(), size_t(answer.size()), MSG_NOSIGNAL) > 0
+            && m_isEndless) { }
         std::array<char, 256> rest;
         while (::recv(client, rest.data(), rest.size(), 0) > 0) { }
         ::close(client);
     }
 
     QTemporaryDir m_folder;
+    bool m_isEndless;
     int m_listener;
     std::jthread m_thread;
 };
@@ -122,6 +127,16 @@ private Q_SLOTS:
         const PlayedCompositor compositor(answer);
         QFETCH(const bool, isOffered);
         QCOMPARE(WaylandProbe::offers(compositor.path(), layers, patience), isOffered);
+    }
+
+    void doesNotListenForEver()
+    {
+        const PlayedCompositor compositor(
+            global("wl_compositor"), PlayedCompositor::Kind::neverEnds);
+        QElapsedTimer taken;
+        taken.start();
+        QVERIFY(!WaylandProbe::offers(compositor.path(), layers, 100ms));
+        QVERIFY(taken.elapsed() < 5000);
     }
 
     void doesNotWaitForACompositorThatHangs_data()
