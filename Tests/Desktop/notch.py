@@ -192,9 +192,12 @@ class Notch(unittest.TestCase):
         tasks = f"/proc/{self.corvella.process.pid}/task"
         total = 0
         for task in os.listdir(tasks):
-            with open(f"{tasks}/{task}/status", encoding="utf-8") as file:
-                found = re.search(r"^voluntary_ctxt_switches:\s+(\d+)", file.read(), re.MULTILINE)
-            total += int(found[1])
+            try:
+                with open(f"{tasks}/{task}/status", encoding="utf-8") as file:
+                    status = file.read()
+            except FileNotFoundError:  # It ended meanwhile.
+                continue
+            total += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status, re.MULTILINE)[1])
         return total
 
     def sleeps_for(self, seconds):
