@@ -369,7 +369,10 @@ def attempt(check, scene):
 
 def try_all(stage, scene):
     outcome = {"version": "", "passed": [], "failed": {}, "not_tried": []}
-    for check in [*CHECKS, *stage.checks]:
+    checks = [*CHECKS, *stage.checks]
+    if nameless := set(stage.cannot) - {each.__name__ for each in checks}:
+        raise AssertionError(f"there are no checks named {nameless}")
+    for check in checks:
         why_not = stage.cannot.get(check.__name__)
         if why_not:
             outcome["not_tried"].append(f"{sentence(check)} ({why_not})")

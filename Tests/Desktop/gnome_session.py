@@ -8,7 +8,7 @@ import time
 from gi.repository import Gio, GLib
 
 from desktop import Daemon, is_name_owned, run, wait_until
-from session import ROOT, Session
+from session import IS_THE_COMPOSITOR, ROOT, Session
 
 APPINDICATOR = "ubuntu-appindicators@ubuntu.com"
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -22,7 +22,7 @@ class GnomeSession(Session):
 
     parts = ("gnome-shell",)
     extensions = ()
-    cannot = {"a_compositor_may_go_and_come": "GNOME is the compositor"}
+    cannot = IS_THE_COMPOSITOR
     settings = {
         "org.gnome.desktop.interface enable-animations": "false",
         "org.gnome.shell welcome-dialog-last-shown-version": "'99'",

@@ -19,6 +19,12 @@ def load(name):
     return importlib.import_module(f"desktops.{name}").Desktop
 
 
+# For `cannot`, on Wayland.
+IS_THE_COMPOSITOR = dict.fromkeys(
+    ("a_compositor_may_go_or_come", "and_come_or_go_again"), "the desktop is the compositor"
+)
+
+
 class Session:
     """What every desktop can be asked; places and sizes are in pixels of its pictures."""
 

@@ -10,7 +10,7 @@ import threading
 from gi.repository import Atspi, Gio, GLib
 
 from desktop import Daemon, children, has_state, is_name_owned, run, wait_until
-from session import ROOT, Session, colour
+from session import IS_THE_COMPOSITOR, ROOT, Session, colour
 from wayland_input import BUTTONS, KEYS, WaylandClient
 
 SCREENSHOT = "org.kde.KWin.ScreenShot2"
@@ -55,7 +55,7 @@ class Desktop(Session):
     panel_edge = "bottom"
     panel_size = 44
     cannot = {
-        "a_compositor_may_go_and_come": "KWin is the compositor",
+        **IS_THE_COMPOSITOR,
         "the_widget_moves_to_the_first_monitor": "kwin_wayland has one screen here",
         "the_widget_follows_the_screens_size": "kwin_wayland has one screen here",
     }
