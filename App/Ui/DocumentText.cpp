@@ -107,9 +107,7 @@ void DocumentText::setText(const QString& text)
     m_isEdited = false;
     m_hasLongParagraphs = false;
     m_document.setUndoRedoEnabled(false);
-    m_isFilling = true;
-    m_document.clear();
-    m_isFilling = false;
+    withoutEdit([this] { m_document.clear(); });
     fill();
 }
 
@@ -117,10 +115,10 @@ void DocumentText::fill()
 {
     QTextCursor end(&m_document);
     end.movePosition(QTextCursor::End);
-    m_isFilling = true;
-    m_filled
-        += insertPieces(end, QStringView(m_source).sliced(m_filled), { perTurn, blocksPerTurn });
-    m_isFilling = false;
+    withoutEdit([&] {
+        const auto rest = QStringView(m_source).sliced(m_filled);
+        m_filled += insertPieces(end, rest, { perTurn, blocksPerTurn });
+    });
     if (m_filled < m_source.size())
         m_turn.start(0);
     else
@@ -130,6 +128,13 @@ void DocumentText::fill()
 void DocumentText::insert(QTextCursor cursor, const QString& text)
 {
     insertPieces(cursor, text, { text.size(), text.size() });
+}
+
+void DocumentText::withoutEdit(const std::function<void()>& change)
+{
+    m_isLeftAlone = true;
+    change();
+    m_isLeftAlone = false;
 }
 
 qsizetype DocumentText::insertPieces(QTextCursor& cursor, QStringView text, const Portion& portion)
@@ -191,7 +196,7 @@ void DocumentText::markBlocks(int first, int last)
 void DocumentText::contentsChange(int position, int removed, int added)
 {
     // Qt also tells of new formats this way.
-    if (m_isFilling || (removed == 0 && added == 0))
+    if (m_isLeftAlone || (removed == 0 && added == 0))
         return;
     if (m_hasLongParagraphs)
         markBlocks(position, position + added);

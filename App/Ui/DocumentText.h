@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
+
 class QTextCursor;
 class QTextDocument;
 
@@ -21,6 +23,8 @@ public:
 
     void setText(const QString& text); // Not an edit, and cannot be undone.
     void insert(QTextCursor cursor, const QString& text); // In place of what the cursor selects.
+    // For what Qt tells of as of an edit, but leaves the text as it is.
+    void withoutEdit(const std::function<void()>& change);
 
 Q_SIGNALS:
     void edited();
@@ -43,7 +47,7 @@ private:
     QTimer m_turn; // Runs while some of the source is not yet in the document.
     QString m_source; // As it was set.
     qsizetype m_filled = 0; // How much of it is in the document.
-    bool m_isFilling = false;
+    bool m_isLeftAlone = false; // Whatever changes is no edit.
     bool m_isEdited = false;
     bool m_hasLongParagraphs = false;
 };

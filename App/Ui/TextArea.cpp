@@ -131,6 +131,17 @@ void TextArea::keyPressEvent(QKeyEvent* event)
     QPlainTextEdit::keyPressEvent(event);
 }
 
+// Words that an input method only shows, be it none, are no part of the text yet.
+void TextArea::inputMethodEvent(QInputMethodEvent* event)
+{
+    const bool commits = !event->commitString().isEmpty() || event->replacementLength() > 0;
+    const bool replaces = textCursor().hasSelection() && !event->preeditString().isEmpty();
+    if (commits || replaces)
+        QPlainTextEdit::inputMethodEvent(event);
+    else
+        m_text.withoutEdit([&] { QPlainTextEdit::inputMethodEvent(event); });
+}
+
 QMimeData* TextArea::createMimeDataFromSelection() const
 {
     auto* const selected = new QMimeData;

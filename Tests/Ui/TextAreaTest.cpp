@@ -66,6 +66,44 @@ private Q_SLOTS:
         QCOMPARE(s.edits.count(), 1);
     }
 
+    void whatAnInputMethodOnlyShowsIsNoEdit()
+    {
+        Setup s;
+        const QInputMethodEvent::Attribute caret(QInputMethodEvent::Cursor, 1, 1);
+        s.editor.setText(u"a\r\nb"_s);
+        // The first one is as some compositors have it sent with the keyboard.
+        for (const auto& words : { QString(), u"かん"_s, u"漢"_s }) {
+            QInputMethodEvent preedit(words, { caret });
+            QCoreApplication::sendEvent(&s.editor, &preedit);
+        }
+        QCOMPARE(s.edits.count(), 0);
+        QCOMPARE(s.editor.text(), u"a\r\nb"_s);
+        QInputMethodEvent commit;
+        commit.setCommitString(u"漢字"_s);
+        QCoreApplication::sendEvent(&s.editor, &commit);
+        QCOMPARE(s.edits.count(), 1);
+        QCOMPARE(s.editor.text(), u"漢字a\nb"_s);
+        QInputMethodEvent replacement;
+        replacement.setCommitString(QString(), -1, 1);
+        QCoreApplication::sendEvent(&s.editor, &replacement);
+        QCOMPARE(s.editor.text(), u"漢a\nb"_s);
+        QCOMPARE(s.edits.count(), 2);
+    }
+
+    void whatAnInputMethodShowsTakesThePlaceOfTheSelection()
+    {
+        Setup s;
+        s.editor.setText(u"text"_s);
+        s.select(s.editor, 0, 2);
+        QInputMethodEvent caret({}, { { QInputMethodEvent::Cursor, 0, 1 } });
+        QCoreApplication::sendEvent(&s.editor, &caret);
+        QCOMPARE(s.edits.count(), 0);
+        QInputMethodEvent preedit(u"か"_s, {});
+        QCoreApplication::sendEvent(&s.editor, &preedit);
+        QCOMPARE(s.edits.count(), 1);
+        QCOMPARE(s.editor.text(), u"xt"_s);
+    }
+
     void onlyEditsCanBeUndone()
     {
         Setup s;
