@@ -108,15 +108,28 @@ void SettingsView::showEvent(QShowEvent*)
 }
 
 // The words are as good as the switch beside them.
+void SettingsView::mousePressEvent(QMouseEvent* event)
+{
+    QWidget::mousePressEvent(event);
+    m_pressed = switchOfWordsAt(*event);
+}
+
 void SettingsView::mouseReleaseEvent(QMouseEvent* event)
 {
-    const auto position = event->position().toPoint();
-    if (event->button() != Qt::LeftButton)
-        return;
+    QWidget::mouseReleaseEvent(event);
+    auto* const pressed = std::exchange(m_pressed, nullptr);
+    if (pressed && pressed == switchOfWordsAt(*event))
+        pressed->click();
+}
+
+Switch* SettingsView::switchOfWordsAt(const QMouseEvent& event) const
+{
+    const auto position = event.position().toPoint();
+    if (event.button() != Qt::LeftButton)
+        return nullptr;
     if (m_showNotchWords->geometry().contains(position))
-        m_showNotch->click();
-    else if (m_launchWords->geometry().contains(position))
-        m_launchAtLogin->click();
+        return m_showNotch;
+    return m_launchWords->geometry().contains(position) ? m_launchAtLogin : nullptr;
 }
 
 void SettingsView::arrange()

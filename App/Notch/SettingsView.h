@@ -26,7 +26,9 @@ private:
     void setLaunch(bool on);
     void arrange() override;
     void showEvent(QShowEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    Switch* switchOfWordsAt(const QMouseEvent& event) const; // Null beside all words.
 
     UserDefaults& m_defaults;
     LoginItem& m_loginItem;
@@ -36,6 +38,7 @@ private:
     Label* m_showNotchWords;
     Switch* m_launchAtLogin;
     Label* m_launchWords;
+    Switch* m_pressed = nullptr; // By its words.
     Label* m_error;
     Button* m_quit;
 };

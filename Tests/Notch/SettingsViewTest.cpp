@@ -169,6 +169,12 @@ private Q_SLOTS:
         Setup s;
         const QPoint words(100, s.boxOf(s.widget()).center().y());
         QTest::mouseClick(&s.view, Qt::RightButton, {}, words);
+        const QPoint ground(200, 300);
+        QTest::mousePress(&s.view, Qt::LeftButton, {}, ground);
+        QTest::mouseRelease(&s.view, Qt::LeftButton, {}, words);
+        QTest::mousePress(&s.view, Qt::LeftButton, {}, words);
+        QTest::mouseRelease(&s.view, Qt::LeftButton, {}, ground);
+        QTest::mouseRelease(&s.view, Qt::LeftButton, {}, words);
         for (const QPoint& beside : { QPoint(100, 24), QPoint(55, words.y()), QPoint(200, 300) })
             QTest::mouseClick(&s.view, Qt::LeftButton, {}, beside);
         QCOMPARE(s.defaults.boolean(showNotch), std::nullopt);
