@@ -75,7 +75,7 @@ class Scene:
             each = self.corvella.popover()
             while each and not desktop.has_state(each, Atspi.StateType.ACTIVE):
                 each = each.get_parent()
-            return each
+            return each and self.stage.keys_go_to("Corvella")
 
         wait_until(has_keyboard, "the popover opens and has the keyboard", 30)
 

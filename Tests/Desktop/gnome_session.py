@@ -177,6 +177,10 @@ class GnomeSession(Session):
     def window_with_keyboard(self):
         return self.evaluate("global.display.focus_window?.title")
 
+    def keys_go_to(self, title):
+        # Xwayland may have told its window before the shell knows of it.
+        return self.window_with_keyboard() == title
+
     def copy(self, text):
         """Puts a text on the clipboard as a native Wayland program does."""
         subprocess.run(["wl-copy", text], check=True, timeout=20)

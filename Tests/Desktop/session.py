@@ -65,6 +65,10 @@ class Session:
     def restart_panel(self):
         raise NotImplementedError
 
+    def keys_go_to(self, _title):
+        """Whether the window of that title gets what is typed; asked once it thinks so itself."""
+        return True
+
     def panel(self):
         """The panel: x, y, width, height."""
         width, height = self.size
