@@ -14,8 +14,6 @@ struct NotchContent {
     QString title;
     QString task;
     QString meeting;
-
-    friend bool operator==(const NotchContent&, const NotchContent&) = default;
 };
 
 NotchContent notchContent(

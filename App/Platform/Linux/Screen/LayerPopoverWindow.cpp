@@ -17,13 +17,11 @@ constexpr int sameClickMs = 250;
 // A compositor says at once where the pointer is, if it is there.
 constexpr auto longestWait = 150ms;
 constexpr auto restBeforeFreeing = 2s;
-// The pointer is not on an item of a panel where it is farther than this from all edges.
-constexpr int thickestPanel = 96;
 
 bool isAtEdge(const QPoint& place, const QRect& whole)
 {
-    return !whole.adjusted(thickestPanel, thickestPanel, -thickestPanel, -thickestPanel)
-                .contains(place);
+    constexpr int most = LayerSheet::thickestPanel;
+    return !whole.adjusted(most, most, -most, -most).contains(place);
 }
 
 }

@@ -8,12 +8,6 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr int thickestPanel = 96;
-
-}
-
 // A surface that is never painted, only to be told how large it might be.
 struct LayerSheet::Measure {
     Measure(const LayerShell& shell, wl_output* output, const LayerSurface::Reader& reader)

@@ -12,6 +12,9 @@ class LayerSheet final : public QWidget {
     Q_OBJECT
 
 public:
+    // Points. Farther from all edges of an output no panel has an item.
+    static constexpr int thickestPanel = 96;
+
     explicit LayerSheet(const LayerShell& shell);
     ~LayerSheet() override;
 
