@@ -57,6 +57,8 @@ QFont digitFont(qreal pixels, QFont::Weight weight)
     font.setPixelSize(std::max(1, qRound(pixels * 10)));
     font.setWeight(weight);
     font.setHintingPreference(QFont::PreferNoHinting);
+    // Each character is drawn by itself, so none of the font's rules applies.
+    font.setStyleStrategy(QFont::PreferNoShaping);
     return font;
 }
 

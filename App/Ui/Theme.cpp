@@ -136,9 +136,9 @@ QFont Theme::familylessFont(TextRole role)
     font.setWeight(QFont::Weight(type.weight));
     // Hinted widths change with the scale of the screen.
     font.setHintingPreference(QFont::PreferNoHinting);
-    // Only the time or the program's name: both look the same without the font's rules, of which
-    // copies would stay in memory from the start.
-    if (role == TextRole::statusTitle)
+    // Only times and the program's name: they look the same without the font's rules, of which
+    // copies would stay in memory.
+    if (role == TextRole::statusTitle || role == TextRole::ringTime)
         font.setStyleStrategy(QFont::PreferNoShaping);
     return font;
 }
