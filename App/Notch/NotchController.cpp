@@ -8,6 +8,22 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+const auto showNotchKey = u"showNotch"_s;
+
+}
+
+bool NotchController::isWanted(const UserDefaults& defaults)
+{
+    return defaults.boolean(showNotchKey).value_or(true);
+}
+
+void NotchController::setWanted(UserDefaults& defaults, bool isWanted)
+{
+    defaults.setBoolean(showNotchKey, isWanted);
+}
+
 NotchController::NotchController(UserDefaults& defaults, Screens& screens, MakePanel makePanel)
     : m_defaults(defaults)
     , m_screens(screens)
@@ -22,7 +38,7 @@ NotchController::~NotchController() = default;
 
 bool NotchController::wanted() const
 {
-    return m_defaults.boolean(u"showNotch"_s).value_or(true);
+    return isWanted(m_defaults);
 }
 
 void NotchController::update()

@@ -21,6 +21,10 @@ public:
     static constexpr QSize collapsed { 150, 30 };
     static constexpr QSize expandedSize { 320, 96 };
 
+    // What the user has chosen; without a choice the widget is shown.
+    static bool isWanted(const UserDefaults& defaults);
+    static void setWanted(UserDefaults& defaults, bool isWanted);
+
     // Makes a panel that is not shown yet and tells when the pointer enters or leaves it.
     using MakePanel = std::function<std::unique_ptr<NotchPanel>(
         NotchState& state, std::function<void(bool inside)> onHover)>;

@@ -1,5 +1,6 @@
 #include "App/Notch/SettingsView.h"
 
+#include "App/Notch/NotchController.h"
 #include "App/Platform/LoginItem.h"
 #include "App/Platform/UserDefaults.h"
 #include "App/Ui/Accessibility.h"
@@ -22,7 +23,6 @@ constexpr int padding = 16;
 constexpr int spacing = 14;
 constexpr int switchGap = 10;
 constexpr int mostErrorLines = 8;
-const auto showNotchKey = u"showNotch"_s;
 
 }
 
@@ -73,7 +73,7 @@ void SettingsView::nameParts()
 void SettingsView::connectControls()
 {
     connect(m_showNotch, &Switch::clicked, this,
-        [this](bool on) { m_defaults.setBoolean(showNotchKey, on); });
+        [this](bool on) { NotchController::setWanted(m_defaults, on); });
     connect(m_launchAtLogin, &Switch::clicked, this, &SettingsView::setLaunch);
     connect(m_quit, &Button::clicked, this, [this] { m_terminate(); });
     connect(&m_defaults, &UserDefaults::changed, this, &SettingsView::refreshNotch);
@@ -98,7 +98,7 @@ void SettingsView::refresh()
 
 void SettingsView::refreshNotch()
 {
-    m_showNotch->setChecked(m_defaults.boolean(showNotchKey).value_or(true));
+    m_showNotch->setChecked(NotchController::isWanted(m_defaults));
 }
 
 // The login item may have been changed elsewhere meanwhile.

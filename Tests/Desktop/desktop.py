@@ -125,6 +125,19 @@ class Corvella:
         self.process.terminate()
         self.process.wait(10)
 
+    def switches(self):
+        """How often its threads have gone to sleep so far."""
+        tasks = f"/proc/{self.process.pid}/task"
+        total = 0
+        for task in os.listdir(tasks):
+            try:
+                with open(f"{tasks}/{task}/status", encoding="utf-8") as file:
+                    status = file.read()
+            except FileNotFoundError:  # It ended meanwhile.
+                continue
+            total += int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", status, re.MULTILINE)[1])
+        return total
+
     def docked(self):
         """The item's window in the tray: its id, name, x, y, width, height. None while there is none."""
         for line in run("xwininfo -root -tree").splitlines():

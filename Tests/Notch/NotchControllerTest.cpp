@@ -120,6 +120,7 @@ private Q_SLOTS:
         QCOMPARE(s.panels.frame.size(), NotchController::expandedSize);
         s.panels.hover(false);
         QVERIFY(!s.controller.state().expanded());
+        QVERIFY(s.panels.animated);
         QCOMPARE(s.panels.frame.size(), NotchController::collapsed);
     }
 

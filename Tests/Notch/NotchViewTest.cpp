@@ -6,6 +6,8 @@
 #include <QAccessible>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QPainter>
+#include <QScopeGuard>
 #include <QTest>
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformaccessibility.h>
@@ -49,6 +51,23 @@ struct Setup : NotchSetup {
         change();
         static_cast<void>(QTest::qWaitFor([&] { return repaints.count > 0; }, 200));
         return repaints.region;
+    }
+
+    // The ink of words in a font of that size and weight, on four pixels a point.
+    static QSize inkOf(const QString& words, int pixels, int weight)
+    {
+        QImage image(1200, 100, QImage::Format_RGB32);
+        image.setDevicePixelRatio(4);
+        image.fill(Qt::black);
+        QFont font(Theme::current().fontFamily());
+        font.setPixelSize(pixels);
+        font.setWeight(QFont::Weight(weight));
+        font.setHintingPreference(QFont::PreferNoHinting);
+        QPainter painter(&image);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(QPointF(10, 18), words);
+        return inked(image, image.rect()).size();
     }
 
     std::unique_ptr<NotchView> view = makeView();
@@ -114,6 +133,50 @@ private Q_SLOTS:
         QVERIFY2(gap >= 6 * 4 && gap <= 8 * 4, QByteArray::number(gap));
         QVERIFY(qAbs(words.center().y() - (middle * 4 - 1)) <= 2);
         QCOMPARE(brightest(image, words), 255);
+    }
+
+    void wordsHaveTheirSizeAndWeight()
+    {
+        Setup s;
+        s.focus.model.setTaskName(u"Write a long letter"_s);
+        QCoreApplication::processEvents();
+        s.expand();
+        const auto image = s.picture(4);
+        const auto isAsLarge = [&](const QRect& box, const QSize& expected) {
+            const auto drawn
+                = inked(image, { box.topLeft() * 4, box.bottomRight() * 4 + QPoint(3, 3) }).size();
+            return qAbs(drawn.width() - expected.width()) <= 2
+                && qAbs(drawn.height() - expected.height()) <= 2;
+        };
+        const int left = inked(image, { 400, 80, 480, 80 }).left() / 4 + 10; // Behind the dot.
+        QVERIFY(isAsLarge({ left, 18, 120, 22 }, Setup::inkOf(u"Corvella"_s, 13, 500)));
+        QVERIFY(isAsLarge(taskWords, Setup::inkOf(u"Write a long letter"_s, 11, 400)));
+    }
+
+    void aRunningTimeDoesNotMoveTheDot()
+    {
+        Setup s;
+        s.focus.model.start();
+        const auto dotOf = [&](const QString& time, int seconds) {
+            s.focus.tickAfter(seconds);
+            QCoreApplication::processEvents();
+            return s.focus.model.timeString() == time
+                ? inked(s.picture(4), { 120, 40, 360, 60 }).left()
+                : -1;
+        };
+        const int dot = dotOf(u"20:00"_s, 300);
+        QVERIFY(dot > 0);
+        QCOMPARE(dotOf(u"11:11"_s, 529), dot);
+    }
+
+    void hiddenItTellsOfNoPointer()
+    {
+        Setup s;
+        QEnterEvent enter({ 1, 1 }, { 1, 1 }, { 1, 1 });
+        QCoreApplication::sendEvent(s.view.get(), &enter);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(s.view.get(), &leave);
+        QVERIFY(s.hovers.isEmpty());
     }
 
     void rowsStandAsDrawn()
@@ -376,6 +439,10 @@ private Q_SLOTS:
         listener.setActive(true);
         const auto before = QAccessible::installUpdateHandler(
             [](QAccessibleEvent* event) { told += event->type() == counted ? 1 : 0; });
+        const auto restored = qScopeGuard([&] {
+            QAccessible::installUpdateHandler(before);
+            listener.setActive(false);
+        });
         const auto tellsOf = [&](const std::function<void()>& change) {
             told = 0;
             change();
@@ -388,8 +455,6 @@ private Q_SLOTS:
         QCOMPARE(tellsOf([&] { s.grantCalendars(); }), 1);
         counted = QAccessible::StateChanged;
         QCOMPARE(tellsOf([&] { s.state.setExpanded(true); }), 1);
-        QAccessible::installUpdateHandler(before);
-        listener.setActive(false);
     }
 };
 

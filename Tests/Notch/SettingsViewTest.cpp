@@ -104,6 +104,9 @@ private Q_SLOTS:
             u"Couldn't change login item (run Corvella as an app bundle): Read-only file system"_s);
         QCOMPARE(
             s.error().palette().color(QPalette::WindowText), Theme::current().colors.orangeText);
+        s.view.hide();
+        s.view.show();
+        QVERIFY(s.error().isVisible());
         s.item.failure.reset();
         QTest::mouseClick(&s.login(), Qt::LeftButton);
         QVERIFY(s.login().isChecked());

@@ -15,4 +15,3 @@ class Desktop(X11Session):
         "XDG_CURRENT_DESKTOP": "LXQt",
         "XDG_CONFIG_DIRS": "/etc:/etc/xdg:/usr/share",
     }
-

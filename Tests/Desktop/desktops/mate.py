@@ -10,4 +10,3 @@ class Desktop(X11Session):
     window_manager = "marco --no-composite"
     panel_command = "mate-panel"
     environment = {"XDG_CURRENT_DESKTOP": "MATE"}
-

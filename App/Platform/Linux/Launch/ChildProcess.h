@@ -22,9 +22,9 @@ struct Started {
 // leave windows of a certain kind to who made them.
 constexpr auto privateVariable = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
 
-// Without a shell and in a session of its own; nothing is inherited but the environment
-// and the streams. The arguments begin with the program's name. An empty folder, or one that cannot
-// be entered, is the user's home.
+// Without a shell and in a session of its own; nothing is inherited but the environment, without
+// that variable, and the streams. The arguments begin with the program's name. An empty folder, or
+// one that cannot be entered, is the user's home.
 Started start(const std::string& path, std::vector<std::string> arguments,
     const Streams& streams = {}, const std::string& folder = {});
 

@@ -14,6 +14,10 @@ class DesktopWindows {
 public:
     using BuildContent = std::function<std::unique_ptr<QWidget>()>;
 
+    // Milliseconds. A click on the item takes the keyboard away, which closes the popover, and is
+    // reported by the item only then: within this time it does not open the popover again.
+    static constexpr int sameClickMs = 250;
+
     virtual ~DesktopWindows() = default;
 
     virtual std::unique_ptr<OverlayWindow> makeOverlay(std::unique_ptr<QWidget> content) = 0;

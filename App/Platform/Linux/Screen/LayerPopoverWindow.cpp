@@ -1,5 +1,7 @@
 #include "App/Platform/Linux/Screen/LayerPopoverWindow.h"
 
+#include "App/Platform/Linux/Screen/DesktopWindows.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScreen>
@@ -12,8 +14,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The panel may come to hear of a click that has just closed the popover.
-constexpr int sameClickMs = 250;
 // A compositor says at once where the pointer is, if it is there.
 constexpr auto longestWait = 150ms;
 constexpr auto restBeforeFreeing = 2s;
@@ -42,12 +42,9 @@ LayerPopoverWindow::LayerPopoverWindow(
     });
 }
 
-// The content is a child of a sheet, and goes by itself while both are there.
 LayerPopoverWindow::~LayerPopoverWindow()
 {
     close();
-    if (m_content)
-        m_content->setParent(nullptr);
 }
 
 LayerSheet& LayerPopoverWindow::sheet(size_t index)
@@ -70,7 +67,8 @@ LayerSheet& LayerPopoverWindow::sheet(size_t index)
 
 void LayerPopoverWindow::show(const QRect&)
 {
-    if (m_isShown || (m_sinceClosed.isValid() && m_sinceClosed.elapsed() < sameClickMs))
+    if (m_isShown
+        || (m_sinceClosed.isValid() && m_sinceClosed.elapsed() < DesktopWindows::sameClickMs))
         return;
     if (!m_content) {
         m_content = m_buildContent();

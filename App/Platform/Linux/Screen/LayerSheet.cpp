@@ -38,6 +38,13 @@ LayerSheet::LayerSheet(const LayerShell& shell)
 
 LayerSheet::~LayerSheet() = default;
 
+// What stands in it was placed for another size.
+void LayerSheet::resizeEvent(QResizeEvent*)
+{
+    if (m_window.isConfigured())
+        QMetaObject::invokeMethod(this, &LayerSheet::lost, Qt::QueuedConnection);
+}
+
 bool LayerSheet::open(QScreen& screen)
 {
     if (!m_window.show(screen, LayerSurface::Place::everywhere, QSize(0, 0)))

@@ -34,11 +34,12 @@ public:
 Q_SIGNALS:
     void entered(const QPoint& place); // The pointer came, or was there already.
     void clicked(const QPoint& place);
-    void lost();
+    void lost(); // Also when the output has another size now: it has to be opened again.
 
 private:
     void enterEvent(QEnterEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
     // What panels are likely to take, of width and height, where the compositor counts none.
     QSize guess(const QPoint& place) const;

@@ -93,10 +93,10 @@ Answer read(QByteArray& bytes, const QByteArray& interface)
         const auto event = bytes.first(size);
         bytes.remove(0, size);
         const auto object = wordAt(event, 0);
-        const bool isEvent = (wordAt(event, 4) & 0xffff) == 0;
-        if (object == registry && isEvent && interfaceIn(event) == interface)
+        const bool isFirstKind = (wordAt(event, 4) & 0xffff) == 0;
+        if (object == registry && isFirstKind && interfaceIn(event) == interface)
             return Answer::yes;
-        if (object != registry && isEvent) // The end of the list, or of the connection.
+        if (object != registry && isFirstKind) // The end of the list, or of the connection.
             return Answer::no;
     }
     return Answer::unfinished;

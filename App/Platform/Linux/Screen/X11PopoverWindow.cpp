@@ -1,5 +1,6 @@
 #include "App/Platform/Linux/Screen/X11PopoverWindow.h"
 
+#include "App/Platform/Linux/Screen/DesktopWindows.h"
 #include "App/Platform/Linux/Screen/PopoverPlacement.h"
 #include "App/Platform/Linux/Screen/X11Connection.h"
 
@@ -14,9 +15,6 @@
 #include <xcb/shape.h>
 
 namespace {
-
-// A click on the item takes the keyboard away before the item reports it.
-constexpr int sameClickMs = 250;
 
 // In the words of the EWMH: a tool that asks in the user's name is not refused the focus.
 constexpr uint32_t sourceIsPager = 2;
@@ -78,7 +76,9 @@ void X11PopoverWindow::build()
 
 void X11PopoverWindow::show(const QRect& anchor)
 {
-    if (isShown() || (m_sinceLostKeyboard.isValid() && m_sinceLostKeyboard.elapsed() < sameClickMs))
+    if (isShown()
+        || (m_sinceLostKeyboard.isValid()
+            && m_sinceLostKeyboard.elapsed() < DesktopWindows::sameClickMs))
         return;
     if (!m_content)
         build();
