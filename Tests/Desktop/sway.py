@@ -327,6 +327,19 @@ class Surroundings(SwayTest):
         self.wait_for_picture(lambda picture: picture.is_black(568, 2), "the widget is back")
 
 
+    def test_the_widget_comes_back_small_when_its_output_goes(self):
+        first = next(iter(outputs()))
+        plug()
+        self.move(640, 20)
+        self.wait_for_picture(lambda picture: picture.is_black(490, 70), "it grows")
+        unplug(first)
+        self.move(300, 600)
+        self.wait_for_picture(
+            lambda picture: picture.is_black(568, 2) and not picture.is_black(490, 70),
+            "it is small on the other output",
+        )
+
+
 class WithoutCompositor(SwayTest):
     """The last of all, as the compositor does not come back."""
 
