@@ -23,7 +23,7 @@
 std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
 {
     if (tab == Tab::focus)
-        return std::make_unique<FocusView>(PomodoroModel::shared());
+        return std::make_unique<FocusView>(PomodoroModel::shared(), Clipboard::shared());
     if (tab == Tab::actions)
         return std::make_unique<QuickActionsView>(Clipboard::shared(), HttpClient::shared());
     if (tab == Tab::meetings) {
@@ -33,7 +33,7 @@ std::unique_ptr<QWidget> makeTabContent(std::optional<Tab> tab)
     if (tab == Tab::system)
         return std::make_unique<SystemView>(SystemMonitor::shared(), ProcessInfo::shared());
     if (tab == Tab::shortcuts)
-        return std::make_unique<ShortcutsView>(ShortcutStore::shared());
+        return std::make_unique<ShortcutsView>(ShortcutStore::shared(), Clipboard::shared());
     return std::make_unique<SettingsView>(
         UserDefaults::shared(), LoginItem::shared(), QCoreApplication::quit);
 }

@@ -4,6 +4,7 @@
 #include "App/Focus/PomodoroModel.h"
 #include "App/Focus/ProgressRing.h"
 #include "App/Focus/SessionCount.h"
+#include "App/Platform/Clipboard.h"
 #include "App/Ui/Accessibility.h"
 #include "App/Ui/Button.h"
 #include "App/Ui/Divider.h"
@@ -29,8 +30,9 @@ constexpr int lengthGap = 16;
 
 }
 
-FocusView::FocusView(PomodoroModel& model)
+FocusView::FocusView(PomodoroModel& model, Clipboard& clipboard)
     : m_model(model)
+    , m_clipboard(clipboard)
 {
     build();
     connectControls();
@@ -73,6 +75,9 @@ void FocusView::connectControls()
     connect(m_task, &TextField::textChanged, this, [this](const QString& text) {
         if (text != m_model.taskName())
             m_model.setTaskName(text);
+    });
+    connect(m_task, &TextField::pasteWanted, this, [this] {
+        m_clipboard.readText(m_task, [this](const QString& text) { m_task->insertPasted(text); });
     });
     connect(m_toggle, &Button::clicked, this, &FocusView::toggle);
     connect(m_reset, &Button::clicked, &m_model, &PomodoroModel::reset);

@@ -4,6 +4,7 @@
 #include "App/Ui/ArrangedWidget.h"
 
 class Button;
+class Clipboard;
 class Divider;
 class Label;
 class LengthStepper;
@@ -16,7 +17,7 @@ class FocusView final : public ArrangedWidget {
     Q_OBJECT
 
 public:
-    explicit FocusView(PomodoroModel& model);
+    FocusView(PomodoroModel& model, Clipboard& clipboard);
 
 private:
     void build();
@@ -28,6 +29,7 @@ private:
     void changeEvent(QEvent* event) override;
 
     PomodoroModel& m_model;
+    Clipboard& m_clipboard;
     Label* m_phase;
     ProgressRing* m_ring;
     TextField* m_task;

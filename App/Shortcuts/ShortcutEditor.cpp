@@ -1,5 +1,6 @@
 #include "App/Shortcuts/ShortcutEditor.h"
 
+#include "App/Platform/Clipboard.h"
 #include "App/Ui/Accessibility.h"
 #include "App/Ui/Button.h"
 #include "App/Ui/ControlBox.h"
@@ -46,9 +47,11 @@ QStringList kindTitles()
 
 }
 
-ShortcutEditor::ShortcutEditor(const ShortcutItem& draft, bool isNew, QWidget* parent)
+ShortcutEditor::ShortcutEditor(
+    const ShortcutItem& draft, bool isNew, Clipboard& clipboard, QWidget* parent)
     : ArrangedWidget(parent)
     , m_draft(draft)
+    , m_clipboard(clipboard)
 {
     build(isNew);
     nameParts();
@@ -104,6 +107,12 @@ void ShortcutEditor::connectControls()
     });
     connect(m_symbol, &TextField::textChanged, this,
         [this](const QString& text) { m_draft.symbol = text; });
+    for (auto* const field : { m_name, m_target, m_symbol }) {
+        connect(field, &TextField::pasteWanted, this, [this, field] {
+            m_clipboard.readText(
+                field, [field](const QString& text) { field->insertPasted(text); });
+        });
+    }
     connect(m_kind, &SegmentedPicker::chosen, this, [this](int index) {
         m_draft.kind = shortcutKinds[size_t(index)];
         refresh();

@@ -5,6 +5,7 @@
 #include "App/Ui/ArrangedWidget.h"
 
 class Button;
+class Clipboard;
 class Label;
 class SegmentedPicker;
 class TextField;
@@ -14,7 +15,7 @@ class ShortcutEditor final : public ArrangedWidget {
 
 public:
     // A new item is not in the store yet, and so cannot be deleted.
-    ShortcutEditor(const ShortcutItem& draft, bool isNew, QWidget* parent);
+    ShortcutEditor(const ShortcutItem& draft, bool isNew, Clipboard& clipboard, QWidget* parent);
 
     const ShortcutItem& draft() const { return m_draft; }
     static int boxHeight();
@@ -38,6 +39,7 @@ private:
     void focusInEvent(QFocusEvent* event) override;
 
     ShortcutItem m_draft;
+    Clipboard& m_clipboard;
     Label* m_title;
     TextField* m_name;
     Label* m_opens;

@@ -28,8 +28,9 @@ constexpr int mostErrorLines = 6;
 
 }
 
-ShortcutsView::ShortcutsView(ShortcutStore& store)
+ShortcutsView::ShortcutsView(ShortcutStore& store, Clipboard& clipboard)
     : m_store(store)
+    , m_clipboard(clipboard)
 {
     build();
     nameParts();
@@ -94,7 +95,7 @@ void ShortcutsView::edit(const ShortcutItem& draft, bool isNew)
 {
     m_openedByKeyboard = m_add->hasFocus() || m_grid->current() >= 0;
     closeEditor();
-    m_editor = new ShortcutEditor(draft, isNew, this);
+    m_editor = new ShortcutEditor(draft, isNew, m_clipboard, this);
     m_editor->setObjectName(u"editor"_s);
     connect(m_editor, &ShortcutEditor::saved, this, &ShortcutsView::save);
     connect(m_editor, &ShortcutEditor::deleted, this, &ShortcutsView::remove);

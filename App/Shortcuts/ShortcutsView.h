@@ -5,6 +5,7 @@
 #include "App/Ui/ArrangedWidget.h"
 
 class Button;
+class Clipboard;
 class Label;
 class ScrollArea;
 class ShortcutEditor;
@@ -15,7 +16,7 @@ class ShortcutsView final : public ArrangedWidget {
     Q_OBJECT
 
 public:
-    explicit ShortcutsView(ShortcutStore& store);
+    ShortcutsView(ShortcutStore& store, Clipboard& clipboard);
 
 private:
     void build();
@@ -36,6 +37,7 @@ private:
     void keyPressEvent(QKeyEvent* event) override;
 
     ShortcutStore& m_store;
+    Clipboard& m_clipboard;
     bool m_editing = false;
     bool m_openedByKeyboard = false;
     Label* m_heading;

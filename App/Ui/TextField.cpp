@@ -6,7 +6,10 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
+#include <QContextMenuEvent>
 #include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QStyle>
 
@@ -20,6 +23,12 @@ constexpr int padding = 8;
 constexpr int caretWidth = 1;
 constexpr int ownPadding = 2; // QLineEdit adds it by itself.
 constexpr int radius = 6;
+
+QString entry(const QString& words, QKeySequence::StandardKey key)
+{
+    const auto shortcut = QKeySequence(key).toString(QKeySequence::NativeText);
+    return shortcut.isEmpty() ? words : words + u'\t' + shortcut;
+}
 
 }
 
@@ -61,6 +70,12 @@ void TextField::setPlaceholder(const QString& placeholder)
 void TextField::placeBox(const QRect& box)
 {
     ControlBox::place(*this, box);
+}
+
+void TextField::insertPasted(const QString& text)
+{
+    if (!text.isEmpty())
+        insert(text);
 }
 
 void TextField::paintEvent(QPaintEvent* event)
@@ -106,4 +121,33 @@ void TextField::inputMethodEvent(QInputMethodEvent* event)
 {
     m_isComposing = !event->preeditString().isEmpty();
     QLineEdit::inputMethodEvent(event);
+}
+
+void TextField::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Paste))
+        Q_EMIT pasteWanted();
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+// As Qt's own one, which asks for the clipboard's text before it opens.
+void TextField::contextMenuEvent(QContextMenuEvent* event)
+{
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const QString& words, bool isEnabled, auto&& does) {
+        menu->addAction(words, this, does)->setEnabled(isEnabled);
+    };
+    add(entry(QLineEdit::tr("&Undo"), QKeySequence::Undo), isUndoAvailable(), &QLineEdit::undo);
+    add(entry(QLineEdit::tr("&Redo"), QKeySequence::Redo), isRedoAvailable(), &QLineEdit::redo);
+    menu->addSeparator();
+    add(entry(QLineEdit::tr("Cu&t"), QKeySequence::Cut), hasSelectedText(), &QLineEdit::cut);
+    add(entry(QLineEdit::tr("&Copy"), QKeySequence::Copy), hasSelectedText(), &QLineEdit::copy);
+    add(entry(QLineEdit::tr("&Paste"), QKeySequence::Paste), true, &TextField::pasteWanted);
+    add(QLineEdit::tr("Delete"), hasSelectedText(), &QLineEdit::del);
+    menu->addSeparator();
+    add(entry(QLineEdit::tr("Select All"), QKeySequence::SelectAll), !text().isEmpty(),
+        &QLineEdit::selectAll);
+    menu->popup(event->globalPos());
 }

@@ -19,10 +19,17 @@ public:
     void setPlaceholder(const QString& placeholder);
 
     void placeBox(const QRect& box); // In the parent's coordinates.
+    void insertPasted(const QString& text); // In place of the selection; nothing when empty.
+
+Q_SIGNALS:
+    // The text of the clipboard is to be inserted; through Qt that would wait for its owner.
+    void pasteWanted();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void paintSurface(QPainter& painter);

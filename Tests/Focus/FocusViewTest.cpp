@@ -7,6 +7,7 @@
 #include "App/Ui/Label.h"
 #include "App/Ui/Stepper.h"
 #include "App/Ui/TextField.h"
+#include "Tests/Fakes/FakeClipboard.h"
 #include "Tests/Focus/FocusSetup.h"
 
 #include <QAccessible>
@@ -53,13 +54,26 @@ struct Setup : FocusSetup {
         QCoreApplication::processEvents();
     }
 
-    FocusView view { model };
+    FakeClipboard clipboard;
+    FocusView view { model, clipboard };
 };
 
 class FocusViewTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void whatIsPastedIsAskedOfTheClipboard()
+    {
+        Setup s({ { u"taskName"_s, u"Write"_s } });
+        s.clipboard.text = u" a letter"_s;
+        auto& task = s.find<TextField>(u"task"_s);
+        task.setFocus();
+        QTest::keySequence(&task, QKeySequence::Paste);
+        QCOMPARE(s.model.taskName(), u"Write"_s);
+        s.clipboard.answer();
+        QCOMPARE(s.model.taskName(), u"Write a letter"_s);
+    }
+
     void showsTheModelFromTheStart()
     {
         Setup s({ { u"taskName"_s, u"Write"_s } });
@@ -309,7 +323,8 @@ private Q_SLOTS:
     {
         FocusSetup s;
         {
-            FocusView view(s.model);
+            FakeClipboard clipboard;
+            FocusView view(s.model, clipboard);
             s.model.start();
         }
         s.tickAfter(1);

@@ -9,6 +9,7 @@
 #include "App/Ui/SegmentedPicker.h"
 #include "App/Ui/TextField.h"
 #include "App/Ui/Theme.h"
+#include "Tests/Fakes/FakeClipboard.h"
 #include "Tests/Shortcuts/ShortcutsSetup.h"
 #include "Tests/Ui/Painted.h"
 
@@ -120,7 +121,8 @@ struct Setup : ShortcutsSetup {
     }
 
     QWidget window;
-    ShortcutsView& view = *new ShortcutsView(store);
+    FakeClipboard clipboard;
+    ShortcutsView& view = *new ShortcutsView(store, clipboard);
 };
 
 static QList<ShortcutItem> many(int count)
@@ -135,6 +137,24 @@ class ShortcutsViewTest final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void whatIsPastedIsAskedOfTheClipboard()
+    {
+        Setup s;
+        s.add();
+        s.clipboard.text = u"pasted"_s;
+        for (const auto& name : { u"name"_s, u"target"_s, u"symbol"_s }) {
+            s.field(name).clear();
+            QTest::keySequence(&s.field(name), QKeySequence::Paste);
+            QCOMPARE(s.field(name).text(), QString());
+            s.clipboard.answer();
+            QCOMPARE(s.field(name).text(), u"pasted"_s);
+        }
+        QTest::keySequence(&s.field(u"name"_s), QKeySequence::Paste);
+        s.click(u"cancel"_s);
+        s.clipboard.answer(); // The editor is gone.
+        QVERIFY(s.clipboard.readings.isEmpty());
+    }
+
     void aTapRunsTheButton()
     {
         Setup s;

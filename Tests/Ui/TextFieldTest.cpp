@@ -2,8 +2,15 @@
 #include "App/Ui/Theme.h"
 
 #include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +24,25 @@ struct Setup {
     }
 
     QColor at(const QPoint& position) { return field.grab().toImage().pixelColor(position); }
+
+    // Opened anew, and closed at the end of this turn.
+    QMenu* menu()
+    {
+        QContextMenuEvent event(
+            QContextMenuEvent::Mouse, { 5, 5 }, field.mapToGlobal(QPoint(5, 5)));
+        QCoreApplication::sendEvent(&field, &event);
+        auto* const opened = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        opened->close();
+        return opened;
+    }
+
+    QAction* menuEntry(const QString& words)
+    {
+        const auto actions = menu()->actions();
+        const auto found = std::ranges::find_if(actions,
+            [&](const QAction* action) { return action->text().section(u'\t', 0, 0) == words; });
+        return found == actions.end() ? nullptr : *found;
+    }
 
     QWidget window;
     TextField field { u"Label"_s, &window };
@@ -97,6 +123,54 @@ private Q_SLOTS:
         Setup s;
         QTest::keyClicks(&s.field, u"Notes"_s);
         QCOMPARE(s.field.text(), u"Notes"_s);
+    }
+
+    void whoPastesDoesNotAskTheClipboardThroughQt()
+    {
+        Setup s;
+        QSignalSpy wanted(&s.field, &TextField::pasteWanted);
+        QApplication::clipboard()->setText(u"from Qt"_s);
+        s.field.setText(u"text"_s);
+        for (const auto& key : QKeySequence::keyBindings(QKeySequence::Paste))
+            QTest::keySequence(&s.field, key);
+        QCOMPARE(wanted.count(), QKeySequence::keyBindings(QKeySequence::Paste).size());
+        s.menuEntry(u"&Paste"_s)->trigger();
+        QCOMPARE(wanted.count(), QKeySequence::keyBindings(QKeySequence::Paste).size() + 1);
+        QCOMPARE(s.field.text(), u"text"_s);
+        s.field.setSelection(0, 2);
+        s.field.insertPasted(QString());
+        QCOMPARE(s.field.text(), u"text"_s);
+        s.field.insertPasted(u"ne"_s);
+        QCOMPARE(s.field.text(), u"next"_s);
+    }
+
+    void itsMenuOffersWhatCanBeDone()
+    {
+        Setup s;
+        const auto offered = [&] {
+            QStringList words;
+            for (const auto* action : s.menu()->actions()) {
+                if (action->isEnabled() && !action->isSeparator())
+                    words << action->text().section(u'\t', 0, 0).remove(u'&');
+            }
+            return words;
+        };
+        QCOMPARE(offered(), QStringList(u"Paste"_s));
+        QTest::keyClicks(&s.field, u"text"_s);
+        QCOMPARE(offered(), QStringList({ u"Undo"_s, u"Paste"_s, u"Select All"_s }));
+        s.menuEntry(u"Select All"_s)->trigger();
+        QCOMPARE(s.field.selectedText(), u"text"_s);
+        QCOMPARE(offered(),
+            QStringList(
+                { u"Undo"_s, u"Cut"_s, u"Copy"_s, u"Paste"_s, u"Delete"_s, u"Select All"_s }));
+        s.menuEntry(u"&Copy"_s)->trigger();
+        QCOMPARE(QApplication::clipboard()->text(), u"text"_s);
+        s.menuEntry(u"Delete"_s)->trigger();
+        QCOMPARE(s.field.text(), QString());
+        s.menuEntry(u"&Undo"_s)->trigger();
+        QCOMPARE(s.field.text(), u"text"_s);
+        s.menuEntry(u"&Redo"_s)->trigger();
+        QCOMPARE(s.field.text(), QString());
     }
 
     void thePlaceholderLeavesRoomForTheCaretAndGivesWayToWhatIsComposed()
