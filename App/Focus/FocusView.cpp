@@ -76,8 +76,9 @@ void FocusView::connectControls()
         if (text != m_model.taskName())
             m_model.setTaskName(text);
     });
-    connect(m_task, &TextField::pasteWanted, this, [this] {
-        m_clipboard.readText(m_task, [this](const QString& text) { m_task->insertPasted(text); });
+    connect(m_task, &TextField::pasteWanted, this, [this](QClipboard::Mode mode) {
+        m_clipboard.readText(
+            mode, m_task, [this](const QString& text) { m_task->insertPasted(text); });
     });
     connect(m_toggle, &Button::clicked, this, &FocusView::toggle);
     connect(m_reset, &Button::clicked, &m_model, &PomodoroModel::reset);

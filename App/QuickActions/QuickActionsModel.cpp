@@ -41,7 +41,7 @@ void QuickActionsModel::setModel(const QString& model)
 void QuickActionsModel::readClipboard()
 {
     m_reading = std::make_unique<QObject>();
-    m_clipboard.readText(m_reading.get(), [this](const QString& text) {
+    m_clipboard.readText(QClipboard::Clipboard, m_reading.get(), [this](const QString& text) {
         publish(m_input, text);
         publish(m_status, text.isEmpty() ? u"Clipboard has no text"_s : QString());
     });

@@ -106,8 +106,8 @@ void QuickActionsView::connectControls()
         m_shownInput = m_input->text();
         m_model.setInput(m_shownInput);
     });
-    connect(m_input, &TextArea::pasteWanted, this, [this] {
-        m_clipboard.readText(m_input, [this](const QString& text) { m_input->insert(text); });
+    connect(m_input, &TextArea::pasteWanted, this, [this](QClipboard::Mode mode) {
+        m_clipboard.readText(mode, m_input, [this](const QString& text) { m_input->insert(text); });
     });
     for (size_t index = 0; index < transformations.size(); ++index) {
         connect(m_transformations[index], &Button::clicked, &m_model, transformations[index].run);

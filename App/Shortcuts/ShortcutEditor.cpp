@@ -108,9 +108,9 @@ void ShortcutEditor::connectControls()
     connect(m_symbol, &TextField::textChanged, this,
         [this](const QString& text) { m_draft.symbol = text; });
     for (auto* const field : { m_name, m_target, m_symbol }) {
-        connect(field, &TextField::pasteWanted, this, [this, field] {
+        connect(field, &TextField::pasteWanted, this, [this, field](QClipboard::Mode mode) {
             m_clipboard.readText(
-                field, [field](const QString& text) { field->insertPasted(text); });
+                mode, field, [field](const QString& text) { field->insertPasted(text); });
         });
     }
     connect(m_kind, &SegmentedPicker::chosen, this, [this](int index) {

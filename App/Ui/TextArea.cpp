@@ -8,7 +8,6 @@
 #include "App/Ui/Surface.h"
 #include "App/Ui/Theme.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -17,13 +16,21 @@
 #include <QStyle>
 #include <QTextBlock>
 
+#include <optional>
+
 namespace {
 
 constexpr qreal radius = 5;
 
-bool isClipboard(const QMimeData* source)
+// Nothing for what is dropped.
+std::optional<QClipboard::Mode> modeOf(const QMimeData* source)
 {
-    return source == QGuiApplication::clipboard()->mimeData();
+    const auto& clipboard = *QGuiApplication::clipboard();
+    for (const auto mode : { QClipboard::Clipboard, QClipboard::Selection }) {
+        if (source == clipboard.mimeData(mode))
+            return mode;
+    }
+    return std::nullopt;
 }
 
 // Its words stand in the middle of it, as many whole lines as it is high: 100 for five.
@@ -152,15 +159,15 @@ QMimeData* TextArea::createMimeDataFromSelection() const
 // Of the clipboard nothing is asked that its owner would have to answer.
 bool TextArea::canInsertFromMimeData(const QMimeData* source) const
 {
-    return m_kind == Kind::editor && (isClipboard(source) || source->hasText());
+    return m_kind == Kind::editor && (modeOf(source) || source->hasText());
 }
 
 void TextArea::insertFromMimeData(const QMimeData* source)
 {
     if (m_kind != Kind::editor)
         return;
-    if (isClipboard(source))
-        Q_EMIT pasteWanted();
+    if (const auto mode = modeOf(source))
+        Q_EMIT pasteWanted(*mode);
     else
         insert(source->text());
 }

@@ -3,6 +3,7 @@
 
 #include "App/Ui/DocumentText.h"
 
+#include <QClipboard>
 #include <QPlainTextEdit>
 
 class Interaction;
@@ -29,8 +30,8 @@ public:
 
 Q_SIGNALS:
     void edited(); // By the user.
-    // The text of the clipboard is to be inserted; through Qt that would wait for its owner.
-    void pasteWanted();
+    // What was copied, or what is selected, is to be inserted; Qt would wait for its owner.
+    void pasteWanted(QClipboard::Mode mode);
 
 protected:
     bool event(QEvent* event) override;

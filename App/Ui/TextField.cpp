@@ -7,6 +7,7 @@
 #include "App/Ui/Theme.h"
 
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -126,9 +127,21 @@ void TextField::inputMethodEvent(QInputMethodEvent* event)
 void TextField::keyPressEvent(QKeyEvent* event)
 {
     if (event->matches(QKeySequence::Paste))
-        Q_EMIT pasteWanted();
+        Q_EMIT pasteWanted(QClipboard::Clipboard);
     else
         QLineEdit::keyPressEvent(event);
+}
+
+void TextField::mouseReleaseEvent(QMouseEvent* event)
+{
+    const bool pastes
+        = event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection();
+    if (!pastes) {
+        QLineEdit::mouseReleaseEvent(event);
+        return;
+    }
+    deselect();
+    Q_EMIT pasteWanted(QClipboard::Selection);
 }
 
 // As Qt's own one, which asks for the clipboard's text before it opens.
@@ -144,7 +157,8 @@ void TextField::contextMenuEvent(QContextMenuEvent* event)
     menu->addSeparator();
     add(entry(QLineEdit::tr("Cu&t"), QKeySequence::Cut), hasSelectedText(), &QLineEdit::cut);
     add(entry(QLineEdit::tr("&Copy"), QKeySequence::Copy), hasSelectedText(), &QLineEdit::copy);
-    add(entry(QLineEdit::tr("&Paste"), QKeySequence::Paste), true, &TextField::pasteWanted);
+    add(entry(QLineEdit::tr("&Paste"), QKeySequence::Paste), true,
+        [this] { Q_EMIT pasteWanted(QClipboard::Clipboard); });
     add(QLineEdit::tr("Delete"), hasSelectedText(), &QLineEdit::del);
     menu->addSeparator();
     add(entry(QLineEdit::tr("Select All"), QKeySequence::SelectAll), !text().isEmpty(),

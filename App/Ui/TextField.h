@@ -1,6 +1,7 @@
 // One line of text to be typed.
 #pragma once
 
+#include <QClipboard>
 #include <QLineEdit>
 
 class Interaction;
@@ -22,13 +23,14 @@ public:
     void insertPasted(const QString& text); // In place of the selection; nothing when empty.
 
 Q_SIGNALS:
-    // The text of the clipboard is to be inserted; through Qt that would wait for its owner.
-    void pasteWanted();
+    // What was copied, or what is selected, is to be inserted; Qt would wait for its owner.
+    void pasteWanted(QClipboard::Mode mode);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:

@@ -124,6 +124,42 @@ class FocusTimer(unittest.TestCase):
         press_key("Return")
         corvella.find("push button", "Start")
 
+    def own(self, selection):
+        """Another program that hands out the selection's name as its text."""
+        file = tempfile.NamedTemporaryFile("w")  # For as long as the program may read it.
+        self.addCleanup(file.close)
+        file.write(selection)
+        file.flush()
+        program = Daemon(f"xclip -selection {selection} -quiet {file.name}")
+        self.addCleanup(program.process.wait)
+        self.addCleanup(program.process.kill)
+        return program.process
+
+    def test_it_pastes_what_others_hold_and_never_waits_for_them(self):
+        corvella = self.launch()
+        corvella.open_popover()
+        owners = [self.own(each) for each in ("clipboard", "primary")]
+        box = corvella.find("text", "What are you working on?").get_extents(Atspi.CoordType.SCREEN)
+        points = box.x + box.width - 30, box.y + box.height // 2
+        end = [round(each * desktop.scale()) for each in points]
+
+        def pasted():
+            press_key("ctrl+a")
+            press_key("ctrl+v")
+            return stored()["taskName"] == "clipboard"
+
+        wait_until(pasted, "what was copied is pasted")
+        click(*end, 2)
+        wait_until(lambda: stored()["taskName"] == "clipboardprimary", "what is selected, too")
+        for each in owners:
+            each.send_signal(signal.SIGSTOP)
+        press_key("ctrl+v")
+        click(*end, 2)
+        click(*end, 3)
+        press_key("Escape")
+        type_text("!")
+        wait_until(lambda: stored()["taskName"] == "clipboardprimary!", "it goes on", 8)
+
     def test_pausing_keeps_the_time_and_resetting_brings_the_circle_back(self):
         corvella = self.launch()
         corvella.open_popover()

@@ -8,13 +8,15 @@
 
 struct FakeClipboard final : Clipboard {
     struct Reading {
+        QClipboard::Mode mode;
         QPointer<QObject> waiter;
         std::function<void(const QString&)> done;
     };
 
-    void readText(QObject* waiter, std::function<void(const QString&)> done) override
+    void readText(
+        QClipboard::Mode mode, QObject* waiter, std::function<void(const QString&)> done) override
     {
-        readings.append({ waiter, std::move(done) });
+        readings.append({ mode, waiter, std::move(done) });
     }
     void setText(const QString& newText) override { text = newText; }
 

@@ -70,6 +70,7 @@ private Q_SLOTS:
         task.setFocus();
         QTest::keySequence(&task, QKeySequence::Paste);
         QCOMPARE(s.model.taskName(), u"Write"_s);
+        QCOMPARE(s.clipboard.readings.first().mode, QClipboard::Clipboard);
         s.clipboard.answer();
         QCOMPARE(s.model.taskName(), u"Write a letter"_s);
     }

@@ -137,6 +137,8 @@ private Q_SLOTS:
         s.menuEntry(u"&Paste"_s)->trigger();
         QCOMPARE(wanted.count(), QKeySequence::keyBindings(QKeySequence::Paste).size() + 1);
         QCOMPARE(s.field.text(), u"text"_s);
+        for (const auto& wish : wanted)
+            QCOMPARE(wish.first().value<QClipboard::Mode>(), QClipboard::Clipboard);
         s.field.setSelection(0, 2);
         s.field.insertPasted(QString());
         QCOMPARE(s.field.text(), u"text"_s);

@@ -1,13 +1,14 @@
 #include "App/Platform/Linux/Clipboard/QtClipboard.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 
 #include <utility>
 
-void QtClipboard::readText(QObject* waiter, std::function<void(const QString& text)> done)
+void QtClipboard::readText(
+    QClipboard::Mode mode, QObject* waiter, std::function<void(const QString& text)> done)
 {
-    const auto hand = [done = std::move(done)] { done(QGuiApplication::clipboard()->text()); };
+    const auto hand
+        = [mode, done = std::move(done)] { done(QGuiApplication::clipboard()->text(mode)); };
     QMetaObject::invokeMethod(waiter, hand, Qt::QueuedConnection);
 }
 

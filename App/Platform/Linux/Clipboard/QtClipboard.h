@@ -5,6 +5,7 @@
 
 class QtClipboard final : public Clipboard {
 public:
-    void readText(QObject* waiter, std::function<void(const QString& text)> done) override;
+    void readText(QClipboard::Mode mode, QObject* waiter,
+        std::function<void(const QString& text)> done) override;
     void setText(const QString& text) override;
 };

@@ -3,6 +3,7 @@
 #include "App/Platform/Linux/Background/BackgroundText.h"
 #include "App/Platform/Linux/Clipboard/ClipboardModule.h"
 #include "App/Platform/Linux/Clipboard/PipeText.h"
+#include "App/Platform/Linux/Clipboard/QtClipboard.h"
 #include "App/Platform/Linux/Clipboard/WaylandOffer.h"
 
 #include <QGuiApplication>
@@ -43,8 +44,13 @@ WaylandClipboard::WaylandClipboard(wl_display* display, const Patience& patience
     wl_display_flush(m_display);
 }
 
-void WaylandClipboard::readText(QObject* waiter, std::function<void(const QString& text)> done)
+void WaylandClipboard::readText(
+    QClipboard::Mode mode, QObject* waiter, std::function<void(const QString& text)> done)
 {
+    if (mode == QClipboard::Selection) {
+        QtClipboard().readText(mode, waiter, std::move(done));
+        return;
+    }
     if (m_device.isTold()) {
         readNow(waiter, done);
         return;

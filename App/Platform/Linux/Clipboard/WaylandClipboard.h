@@ -10,8 +10,10 @@ public:
     WaylandClipboard(wl_display* display, const Patience& patience);
 
     // Waits for the keyboard to come to a window of ours: only then is it told what there is. Not
-    // through Qt, which would wait for the other program on the main thread, here and when pasting.
-    void readText(QObject* waiter, std::function<void(const QString& text)> done) override;
+    // through Qt, which would wait for the other program on the main thread, here and when pasting;
+    // but for what is selected, where it waits for a second at most.
+    void readText(QClipboard::Mode mode, QObject* waiter,
+        std::function<void(const QString& text)> done) override;
     void setText(const QString& text) override;
 
 private:

@@ -4,7 +4,6 @@
 #include "App/Platform/Linux/Clipboard/X11Conversation.h"
 #include "App/Platform/Linux/Clipboard/X11Selection.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 
 #include <deque>
@@ -35,15 +34,17 @@ X11Clipboard::X11Clipboard(const Patience& patience)
 {
 }
 
-void X11Clipboard::readText(QObject* waiter, std::function<void(const QString& text)> done)
+void X11Clipboard::readText(
+    QClipboard::Mode mode, QObject* waiter, std::function<void(const QString& text)> done)
 {
-    const auto read = [display = m_display, patience = m_patience, unanswered = m_unanswered] {
-        auto conversation = std::make_unique<X11Conversation>(display, patience);
-        const auto text = X11Selection::readText(*conversation);
-        if (conversation->isOver())
-            unanswered->keep(std::move(conversation));
-        return text;
-    };
+    const auto read
+        = [mode, display = m_display, patience = m_patience, unanswered = m_unanswered] {
+              auto conversation = std::make_unique<X11Conversation>(display, patience);
+              const auto text = X11Selection::readText(mode, *conversation);
+              if (conversation->isOver())
+                  unanswered->keep(std::move(conversation));
+              return text;
+          };
     BackgroundText::read(read, waiter, std::move(done));
 }
 

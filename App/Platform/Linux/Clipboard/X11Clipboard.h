@@ -13,7 +13,8 @@ public:
     explicit X11Clipboard(const Patience& patience = Patience());
 
     // Not through Qt, which would wait for the owner of the clipboard on the main thread.
-    void readText(QObject* waiter, std::function<void(const QString& text)> done) override;
+    void readText(QClipboard::Mode mode, QObject* waiter,
+        std::function<void(const QString& text)> done) override;
     void setText(const QString& text) override;
 
 private:

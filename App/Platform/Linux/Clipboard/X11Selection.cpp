@@ -26,8 +26,9 @@ struct Property {
 // Asks the owner of the clipboard, who answers through a property of a window made for that.
 class SelectionReader final {
 public:
-    explicit SelectionReader(X11Conversation& conversation)
+    SelectionReader(X11Conversation& conversation, const char* selection)
         : m_conversation(conversation)
+        , m_selection(selection)
         , m_x(conversation.connection())
     {
     }
@@ -52,7 +53,7 @@ private:
     // Without one there is nothing to wait for; nor when it goes away later.
     bool findOwner()
     {
-        const auto cookie = xcb_get_selection_owner(m_x, atom("CLIPBOARD"));
+        const auto cookie = xcb_get_selection_owner(m_x, atom(m_selection));
         const auto reply = m_conversation.reply<xcb_get_selection_owner_reply_t>(cookie.sequence);
         m_owner = reply ? reply->owner : xcb_window_t { XCB_WINDOW_NONE };
         const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
@@ -70,7 +71,7 @@ private:
     // All at once: the server may be far away.
     void learnAtoms()
     {
-        QList<const char*> names { "CLIPBOARD", "TARGETS", "INCR", answerProperty };
+        QList<const char*> names { m_selection, "TARGETS", "INCR", answerProperty };
         for (const auto& format : ClipboardText::formats)
             names << format.name;
         QList<xcb_intern_atom_cookie_t> asked;
@@ -124,7 +125,7 @@ private:
         if (m_conversation.isOver())
             return std::nullopt;
         const auto property = atom(answerProperty);
-        xcb_convert_selection(m_x, m_window, atom("CLIPBOARD"), target, property, XCB_CURRENT_TIME);
+        xcb_convert_selection(m_x, m_window, atom(m_selection), target, property, XCB_CURRENT_TIME);
         if (!isAnswered(target))
             return std::nullopt;
         m_conversation.renew();
@@ -208,6 +209,7 @@ private:
     }
 
     X11Conversation& m_conversation;
+    const char* m_selection;
     xcb_connection_t* m_x;
     QHash<QByteArray, xcb_atom_t> m_atoms;
     xcb_window_t m_owner = XCB_WINDOW_NONE;
@@ -216,7 +218,8 @@ private:
 
 }
 
-QString X11Selection::readText(X11Conversation& conversation)
+QString X11Selection::readText(QClipboard::Mode mode, X11Conversation& conversation)
 {
-    return conversation.isOver() ? QString() : SelectionReader(conversation).text();
+    const char* selection = mode == QClipboard::Selection ? "PRIMARY" : "CLIPBOARD";
+    return conversation.isOver() ? QString() : SelectionReader(conversation, selection).text();
 }

@@ -1,6 +1,7 @@
-// The text that an X11 clipboard holds.
+// The text that a selection of an X11 server holds.
 #pragma once
 
+#include <QClipboard>
 #include <QString>
 
 class X11Conversation;
@@ -9,6 +10,6 @@ namespace X11Selection {
 
 // Waits, and so is for threads that may. Empty where there is no text, and when the conversation
 // is over before all of it is there.
-QString readText(X11Conversation& conversation);
+QString readText(QClipboard::Mode mode, X11Conversation& conversation);
 
 }

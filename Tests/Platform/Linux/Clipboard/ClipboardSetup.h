@@ -22,9 +22,9 @@ inline QByteArray longText(qsizetype size)
 }
 
 struct Reading {
-    explicit Reading(Clipboard& clipboard)
+    explicit Reading(Clipboard& clipboard, QClipboard::Mode mode = QClipboard::Clipboard)
     {
-        clipboard.readText(waiter.get(), [this](const QString& answer) {
+        clipboard.readText(mode, waiter.get(), [this](const QString& answer) {
             text = answer;
             ++answers;
         });

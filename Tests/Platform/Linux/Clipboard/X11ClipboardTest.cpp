@@ -78,6 +78,17 @@ private Q_SLOTS:
         QCOMPARE(s.read(), u"Grüße aus Köln 👋\n"_s);
     }
 
+    void readsWhatIsSelected()
+    {
+        Setup s;
+        QVERIFY(s.own("copied"));
+        QGuiApplication::clipboard()->setText(u"selected"_s, QClipboard::Selection);
+        QCOMPARE(Reading(s.clipboard, QClipboard::Selection).awaited(), u"selected"_s);
+        QCOMPARE(s.read(), u"copied"_s);
+        QGuiApplication::clipboard()->clear(QClipboard::Selection);
+        QTRY_COMPARE(Reading(s.clipboard, QClipboard::Selection).awaited(), QString());
+    }
+
     void readsALongTextInItsParts()
     {
         Setup s;
@@ -340,7 +351,8 @@ private Q_SLOTS:
         Setup s;
         s.clipboard.setText(u"text"_s);
         auto waiter = std::make_unique<QObject>();
-        s.clipboard.readText(waiter.get(), [&](const QString&) { waiter.reset(); });
+        s.clipboard.readText(
+            QClipboard::Clipboard, waiter.get(), [&](const QString&) { waiter.reset(); });
         QTRY_VERIFY(!waiter);
     }
 
