@@ -1,4 +1,5 @@
 #include "App/AppDelegate.h"
+#include "App/Platform/Linux/Bus/BusProbe.h"
 #include "App/Platform/Linux/Screen/LayerShellModule.h"
 #include "App/Platform/Linux/Screen/WaylandProbe.h"
 #include "App/Ui/MenuStyle.h"
@@ -16,6 +17,7 @@ namespace {
 constexpr auto platformVariable = "QT_QPA_PLATFORM";
 constexpr auto themeVariable = "QT_QPA_PLATFORMTHEME";
 constexpr auto glibVariable = "QT_NO_GLIB";
+constexpr auto busVariable = "DBUS_SESSION_BUS_ADDRESS";
 // Waited for once, before there is anything to hold up: a compositor is asked while it may still be
 // starting the session itself.
 constexpr auto longestProbe = std::chrono::seconds(1);
@@ -40,16 +42,33 @@ QByteArray platform()
         : "xcb;wayland";
 }
 
+// The XDG Base Directory Specification has them ignored.
+void forgetRelativeFolders()
+{
+    for (const auto* name : { "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME" }) {
+        if (!qgetenv(name).startsWith('/'))
+            qunsetenv(name);
+    }
+}
+
+// A bus that hangs is none to us: whoever asks it would be held up for ever.
+QByteArray sessionBus(const QByteArray& address)
+{
+    return BusProbe::answers(address, longestProbe) ? address : "unix:path=/";
+}
+
 }
 
 int main(int argc, char** argv)
 {
+    forgetRelativeFolders();
     // Texts of many megabytes come and go; by itself the allocator would come to keep their room.
     mallopt(M_MMAP_THRESHOLD, largeMemory);
     mallopt(M_TRIM_THRESHOLD, largeMemory);
     const auto usersPlatform = qgetenv(platformVariable);
     const auto usersTheme = qgetenv(themeVariable);
     const auto usersGlib = qgetenv(glibVariable);
+    const auto usersBus = qgetenv(busVariable);
     // The desktop's theme plugin would cost more than all of Corvella; what is needed of it comes
     // over the session bus.
     QGuiApplication::setDesktopSettingsAware(false);
@@ -58,6 +77,8 @@ int main(int argc, char** argv)
         qputenv(platformVariable, platform());
     // Nothing here needs GLib's event loop, and every turn of Qt's own is cheaper.
     qputenv(glibVariable, "1");
+    if (!usersBus.isEmpty())
+        qputenv(busVariable, sessionBus(usersBus));
     QApplication::setStyle(new MenuStyle);
     QApplication app(argc, argv);
     // Programs that are started from here get the user's own choice.
@@ -72,9 +93,12 @@ int main(int argc, char** argv)
 
     if (!Wiring::isFirstInstance())
         return 0;
-    Wiring::endOnSignals();
+    setVariable(busVariable, usersBus); // Only now does Qt know it.
     Wiring::followAppearance();
     Wiring::appDelegate().applicationDidFinishLaunching();
+    // Until here a signal ends it as it is: nothing is to be stored yet, and whatever it asked may
+    // hang.
+    Wiring::endOnSignals();
     const int status = QApplication::exec();
     // The settings are stored first; a library that waits for a service that hangs must not hold
     // up the end of the session after that.

@@ -9,8 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-// A title may hold line breaks, and stands on one line.
-static QString oneLine(QString title)
+QString oneLine(QString title)
 {
     static const QRegularExpression breaks(uR"([\p{Cc}\p{Zl}\p{Zp}]+)"_s);
     return title.replace(breaks, u" "_s);

@@ -22,6 +22,9 @@ MeetingsBody meetingsBody(const CalendarModel& model);
 // turned around, not even by a title that closes more or less than it opens.
 QString isolated(const QString& title);
 
+// Without line breaks and other control characters, which a title from elsewhere may hold.
+QString oneLine(QString title);
+
 struct MeetingLine {
     QString id;
     QString title;

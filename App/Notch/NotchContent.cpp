@@ -15,7 +15,7 @@ namespace {
 QString lineOf(const QString& text)
 {
     constexpr qsizetype longest = 500;
-    return text.left(longest).simplified();
+    return oneLine(text.left(longest)).simplified();
 }
 
 NotchContent::Dot dotOf(const PomodoroModel& timer)

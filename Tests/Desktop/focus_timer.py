@@ -267,7 +267,8 @@ class FocusTimer(unittest.TestCase):
             self.assertEqual(corvella.process.wait(10), 0)
             self.assertEqual(stored()["taskName"], ending.name)
 
-    def test_a_system_bus_that_hangs_holds_up_neither_start_nor_end(self):
+    def hung_bus(self):
+        """The address of a bus that takes every question and answers none."""
         bus = subprocess.Popen(
             ["dbus-daemon", "--session", "--nofork", "--print-address"],
             stdout=subprocess.PIPE,
@@ -277,9 +278,20 @@ class FocusTimer(unittest.TestCase):
         self.addCleanup(bus.kill)
         address = bus.stdout.readline().strip()
         bus.send_signal(signal.SIGSTOP)
-        with unittest.mock.patch.dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=address):
+        return address
+
+    def test_a_system_bus_that_hangs_holds_up_neither_start_nor_end(self):
+        with unittest.mock.patch.dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.hung_bus()):
             self.launch()
         self.corvella.stop()
+
+    def test_a_session_bus_that_hangs_holds_up_neither_start_nor_end(self):
+        environment = {**os.environ, "DBUS_SESSION_BUS_ADDRESS": self.hung_bus()}
+        corvella = subprocess.Popen([Corvella.program], env=environment)
+        self.addCleanup(corvella.kill)
+        wait_until(lambda: f'"Corvella {IDLE}"' in run("xwininfo -root -tree"), "the item is there")
+        corvella.terminate()
+        self.assertEqual(corvella.wait(10), 0)
 
     def test_everything_is_reached_and_used_by_keyboard_alone(self):
         corvella = self.launch()

@@ -314,6 +314,13 @@ class Notch(unittest.TestCase):
         store(taskName="Write")
         wait_until(lambda: is_black(x + width // 2, 2), "it is in front again")
 
+    def test_hidden_by_another_program_it_is_back_with_the_next_setting(self):
+        window = windows()[0][0]
+        run(f"xdotool windowunmap {window}")
+        wait_until(lambda: "IsUnMapped" in run(f"xwininfo -id {window}"), "it is hidden")
+        store(taskName="Write")
+        wait_until(lambda: shows_tab(collapsed()), "the tab is seen")
+
     def test_it_follows_the_main_screen(self):
         wide, high = map(int, run("xdotool getdisplaygeometry").split())
         half, points = wide // 2, screen_points()

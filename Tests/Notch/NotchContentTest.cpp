@@ -125,7 +125,7 @@ private Q_SLOTS:
     void aTextOfAnyKindBecomesOneLine()
     {
         Setup s;
-        s.focus.model.setTaskName(u"Write\nthe\t report\r"_s);
+        s.focus.model.setTaskName(u"Write\nthe\0\t report\x01\r"_s);
         QCOMPARE(s.content().task, u"Write the report"_s);
         s.today.add(u"Design\u2028review\n"_s, s.today.at(10, 30), s.today.at(11, 0));
         s.grant();

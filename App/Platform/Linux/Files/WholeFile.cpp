@@ -132,7 +132,9 @@ bool WholeFile::replace(const QString& path, const QByteArray& bytes)
     const auto temporary = name + ".tmp";
     if (writeNew(temporary, bytes) && ::rename(temporary.constData(), name.constData()) == 0)
         return true;
+    const int why = errno;
     ::unlink(temporary.constData());
+    errno = why;
     return false;
 }
 

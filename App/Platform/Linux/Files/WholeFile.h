@@ -22,7 +22,8 @@ struct Content {
 // unfit.
 Content read(const QString& path, qint64 most);
 
-// The old file stays as it is unless the new one is wholly on the disk. Readable by the user only.
+// The old file stays as it is unless the new one is wholly on the disk; otherwise errno says why.
+// A symbolic link is replaced itself. Readable by the user only.
 bool replace(const QString& path, const QByteArray& bytes);
 
 // Renames to path.bad, path.bad-1 and so on, never over another file.

@@ -44,6 +44,9 @@ X11OverlayWindow::~X11OverlayWindow() = default;
 void X11OverlayWindow::orderFront()
 {
     m_content->show();
+    // Another program may have hidden it, of which Qt takes no notice.
+    if (auto* const x = X11Connection::connection())
+        xcb_map_window(x, static_cast<xcb_window_t>(m_content->winId()));
     m_content->raise();
     applyShape();
 }

@@ -34,6 +34,7 @@ QByteArray quoted(const QString& argument)
         command += character;
     }
     command.replace(u'%', u"%%"_s).replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s);
+    command.replace(u'\r', u"\\r"_s).replace(u'\t', u"\\t"_s);
     return '"' + command.toUtf8() + '"';
 }
 
@@ -58,11 +59,16 @@ AutostartEntry::AutostartEntry(const QByteArray& text)
     }
 }
 
+// Sessions differ in which other words they take for true and false: those stand in the way.
 bool AutostartEntry::isEnabled() const
 {
-    const auto isOff = [this](const QString& key) { return value(key) == "false"_L1; };
-    if (value(u"Hidden"_s) == "true"_L1 || isOff(u"X-GNOME-Autostart-enabled"_s)
-        || isOff(u"X-MATE-Autostart-enabled"_s) || !isForThisDesktop())
+    const auto is = [this](const QString& key, QLatin1StringView word, QLatin1StringView digit) {
+        const auto said = value(key);
+        return said.isEmpty() || said == word || said == digit;
+    };
+    if (value(u"Type"_s) != "Application"_L1 || !is(u"Hidden"_s, "false"_L1, "0"_L1)
+        || !is(u"X-GNOME-Autostart-enabled"_s, "true"_L1, "1"_L1)
+        || !is(u"X-MATE-Autostart-enabled"_s, "true"_L1, "1"_L1) || !isForThisDesktop())
         return false;
     const auto needed = value(u"TryExec"_s);
     return (needed.isEmpty() || isFound(needed)) && isFound(program());
@@ -83,8 +89,11 @@ bool AutostartEntry::isForThisDesktop() const
 QString AutostartEntry::program() const
 {
     const auto line = value(u"Exec"_s);
-    if (!line.startsWith(u'"'))
-        return line.section(u' ', 0, 0);
+    if (!line.startsWith(u'"')) {
+        const auto isBlank
+            = [](QChar character) { return character == u' ' || character == u'\t'; };
+        return QString(line.cbegin(), std::ranges::find_if(line, isBlank) - line.cbegin());
+    }
     QString program;
     for (qsizetype i = 1; i < line.size() && line[i] != u'"'; ++i) {
         if (line[i] == u'\\' && i + 1 < line.size())

@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -37,12 +36,10 @@ QStringList paths()
 std::optional<QString> write(const QByteArray& text)
 {
     errno = 0;
-    if (!QDir().mkpath(QFileInfo(ownPath()).path()))
-        return qt_error_string(errno);
-    QSaveFile file(ownPath());
-    const bool isDone = file.open(QFile::WriteOnly) && file.write(text) == text.size()
-        && file.flush() && file.commit();
-    return isDone ? std::nullopt : std::optional(file.errorString());
+    // Not through a link: what that leads to may be another's, or /dev/null.
+    const bool isDone
+        = QDir().mkpath(QFileInfo(ownPath()).path()) && WholeFile::replace(ownPath(), text);
+    return isDone ? std::nullopt : std::optional(qt_error_string(errno));
 }
 
 }
@@ -70,6 +67,8 @@ LoginItem::Status AutostartLoginItem::status() const
 
 std::optional<QString> AutostartLoginItem::registerItem()
 {
+    if (m_program.contains(u'%'))
+        return u"No login can start a program whose path has a % in it"_s;
     return write(AutostartEntry::starting(m_program));
 }
 

@@ -109,6 +109,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("lines");
         QTest::newRow("hidden") << QByteArray("Hidden=true\n");
+        QTest::newRow("hidden by a number") << QByteArray("Hidden=1\n");
+        QTest::newRow("hidden in other words") << QByteArray("Hidden=Yes\n");
+        QTest::newRow("no program's") << QByteArray("Type=Link\n");
+        QTest::newRow("switched off by a number") << QByteArray("X-GNOME-Autostart-enabled=0\n");
         QTest::newRow("switched off") << QByteArray("X-GNOME-Autostart-enabled=false\n");
         QTest::newRow("not installed") << QByteArray("TryExec=/nonexistent/corvella\n");
         QTest::newRow("switched off in MATE") << QByteArray("X-MATE-Autostart-enabled=false\n");
@@ -139,6 +143,7 @@ private Q_SLOTS:
         QTest::newRow("not another's") << QByteArray("NotShowIn=GNOME;Her;Here too;\n");
         QTest::newRow("by its name") << QByteArray("Exec=corvella\nTryExec=corvella\n");
         QTest::newRow("with arguments") << QByteArray("Exec=corvella %U\n");
+        QTest::newRow("with arguments behind a tab") << QByteArray("Exec=corvella\t%U\n");
         QTest::newRow("spaces around") << QByteArray(" Exec = corvella \r\n");
         QTest::newRow("an action of its own")
             << QByteArray("[Desktop Action x]\nExec=/bin/true\nHidden=true\n");
@@ -171,16 +176,60 @@ private Q_SLOTS:
         QCOMPARE(s.item.status(), Status::requiresApproval);
     }
 
-    void aPercentSignIsNoFieldOfTheCommandLine()
+    // GLib and systemd differ from the standard, and from each other, in what they make of it.
+    void aPathWithAPercentSignIsNotRegistered()
     {
         Setup s;
-        const auto program = s.folder.filePath(u"100%u/corvella"_s);
-        QDir().mkpath(QFileInfo(program).path());
+        AutostartLoginItem item(s.folder.filePath(u"100%u/corvella"_s));
+        QCOMPARE(item.registerItem(), u"No login can start a program whose path has a % in it"_s);
+        QCOMPARE(item.status(), Status::notRegistered);
+    }
+
+    void oddCharactersOfThePathAreKept_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("line feed") << u"a\nb"_s;
+        QTest::newRow("carriage return") << u"a\rb"_s;
+        QTest::newRow("tab") << u"a\tb"_s;
+        QTest::newRow("backslash") << u"a\\nb"_s;
+    }
+
+    void oddCharactersOfThePathAreKept()
+    {
+        QFETCH(QString, name);
+        Setup s;
+        const auto program = s.folder.filePath(name);
         QVERIFY(QFile::copy(s.program(), program));
         AutostartLoginItem item(program);
-        item.registerItem();
-        QVERIFY(s.read(s.own()).contains("/100%%u/corvella"));
+        QVERIFY(!item.registerItem());
         QCOMPARE(item.status(), Status::enabled);
+        for (const char character : { '\r', '\t' })
+            QVERIFY(!s.read(s.own()).contains(character));
+    }
+
+    void aLinkIsReplacedAndNotWhatItLeadsTo()
+    {
+        Setup s;
+        const auto target = s.folder.filePath(u"target"_s);
+        QDir().mkpath(QFileInfo(s.own()).path());
+        s.write(target, "theirs");
+        QVERIFY(QFile::link(target, s.own()));
+        QVERIFY(!s.item.registerItem());
+        QCOMPARE(s.item.status(), Status::enabled);
+        QCOMPARE(s.read(target), "theirs");
+        QVERIFY(!QFileInfo(s.own()).isSymLink());
+    }
+
+    void aLinkToTheEntryForAllUsersLeavesThatAlone()
+    {
+        Setup s;
+        const auto text = s.entry({});
+        s.write(s.system() + entryName, text);
+        QVERIFY(QFile::link(s.system() + entryName, s.own()));
+        QCOMPARE(s.item.status(), Status::enabled);
+        QVERIFY(!s.item.unregisterItem());
+        QCOMPARE(s.item.status(), Status::requiresApproval);
+        QCOMPARE(s.read(s.system() + entryName), text);
     }
 
     void aLinkToThisProgramIsThisProgram()
