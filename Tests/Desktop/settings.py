@@ -154,6 +154,14 @@ class Settings(unittest.TestCase):
         self.assertIn(FAILURE, self.wait_for_failure())
         self.assertFalse(self.is_on("Launch at login"))
 
+    def test_a_config_folder_that_is_not_absolute_is_ignored(self):
+        entry = os.path.join(os.environ["HOME"], ".config", "autostart", os.path.basename(ENTRY))
+        corvella = self.open_settings(XDG_CONFIG_HOME="relative")
+        corvella.press("Launch at login", "check box")
+        wait_until(lambda: os.path.exists(entry), "the entry is in the usual place")
+        os.remove(entry)
+        self.assertFalse(os.path.exists("relative"))
+
     def test_the_keyboard_alone_does_everything(self):
         self.corvella = corvella = Corvella()
         corvella.open_popover()
