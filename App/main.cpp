@@ -9,7 +9,10 @@
 #include <QThreadPool>
 
 #include <chrono>
+#include <cstdio>
 #include <malloc.h>
+#include <optional>
+#include <string_view>
 #include <unistd.h>
 
 namespace {
@@ -57,10 +60,35 @@ QByteArray sessionBus(const QByteArray& address)
     return BusProbe::answers(address, longestProbe) ? address : "unix:path=/";
 }
 
+// What there is to say without starting, and the status to end with.
+std::optional<int> answer(int argc, char** argv)
+{
+    const std::string_view first = argc > 1 ? argv[1] : "";
+    if (first == "--version") {
+        std::puts("corvella " CORVELLA_VERSION);
+        return 0;
+    }
+    if (first == "--help") {
+        std::puts(
+            "corvella: starts Corvella in the status bar, or opens the popover of the one that "
+            "runs.\nIt takes no arguments but --help and --version; see corvella(1).");
+        return 0;
+    }
+    const auto isUnset = [](const char* name) { return qEnvironmentVariableIsEmpty(name); };
+    if (isUnset(platformVariable) && isUnset("DISPLAY") && isUnset("WAYLAND_DISPLAY")) {
+        std::fputs(
+            "corvella: there is no display: DISPLAY and WAYLAND_DISPLAY are not set\n", stderr);
+        return 1;
+    }
+    return std::nullopt;
+}
+
 }
 
 int main(int argc, char** argv)
 {
+    if (const auto status = answer(argc, argv))
+        return *status;
     forgetRelativeFolders();
     // Texts of many megabytes come and go; by itself the allocator would come to keep their room.
     mallopt(M_MMAP_THRESHOLD, largeMemory);

@@ -109,6 +109,24 @@ class Quitting(unittest.TestCase):
         wait_until(lambda: run("pactl info"), "the sound server answers")
         return sound
 
+    def test_at_once_when_there_is_nothing_to_show_itself_on(self):
+        def said(*arguments):
+            environment = {
+                name: value
+                for name, value in os.environ.items()
+                if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")
+            }
+            return subprocess.run(
+                [Corvella.program, *arguments],
+                capture_output=True, text=True, timeout=20, env=environment,
+            )
+
+        self.assertRegex(said("--version").stdout, r"^corvella \d+\.\d+\.\d+\n$")
+        self.assertIn("corvella(1)", said("--help").stdout)
+        refusal = said()
+        self.assertEqual(refusal.returncode, 1)
+        self.assertRegex(refusal.stderr, r"^corvella: there is no display: .*\n$")
+
     def test_with_nothing_under_way(self):
         self.launch()
         self.quit()
