@@ -173,6 +173,34 @@ class FocusTimer(unittest.TestCase):
         corvella.press("Reset")
         corvella.wait_for_title(IDLE)
 
+    def test_the_item_leaves_nothing_behind(self):
+        corvella = self.launch()
+
+        def corners_are_the_panels():
+            x, y, width, height = corvella.settled_item()
+            left = 4  # Pixels of the panel beside it.
+            picture = subprocess.run(
+                f"import -window root -crop {left + width}x{height}+{x - left}+{y} -depth 8 rgb:-",
+                shell=True, check=True, capture_output=True, timeout=20,
+            ).stdout
+            rows = [picture[3 * row * (left + width) :][: 3 * (left + width)] for row in range(height)]
+            outer = rows[: height // 5] + rows[-(height // 5) :]
+
+            def is_panel(row, column):
+                shade = 12  # The popover's shadow may fall on it.
+                return abs(row[3 * column] - row[0]) < shade
+
+            return all(is_panel(row, left) and is_panel(row, left + width - 1) for row in outer)
+
+        wait_until(corners_are_the_panels, "the circle stands on the panel")
+        time.sleep(0.5)
+        corvella.open_popover()
+        for button, title in [("Start", "2[45]:.."), ("Reset", IDLE)] * 2:
+            corvella.press(button)
+            corvella.wait_for_title(title)
+            time.sleep(0.5)  # Whatever is left there stays.
+            wait_until(corners_are_the_panels, f"{title} stands on the panel")
+
     def test_skipping_leads_to_a_break_with_the_cup(self):
         corvella = self.launch()
         corvella.open_popover()

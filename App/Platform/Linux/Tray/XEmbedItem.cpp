@@ -1,6 +1,7 @@
 #include "App/Platform/Linux/Tray/XEmbedItem.h"
 
 #include "App/Platform/Linux/Screen/X11Connection.h"
+#include "App/Platform/Linux/Tray/PanelGround.h"
 #include "App/Platform/Linux/Tray/XEmbedTray.h"
 
 #include <QCoreApplication>
@@ -76,9 +77,9 @@ XEmbedItem::XEmbedItem(const XEmbedTray& tray, const StatusPainter& painter)
     , m_painter(painter)
 {
     qApp->installNativeEventFilter(this);
-    m_repaint.setSingleShot(true);
-    m_repaint.setInterval(250);
-    connect(&m_repaint, &QTimer::timeout, this, &XEmbedItem::paint);
+    m_settling.setSingleShot(true);
+    m_settling.setInterval(250);
+    connect(&m_settling, &QTimer::timeout, this, &XEmbedItem::settle);
 }
 
 XEmbedItem::~XEmbedItem()
@@ -123,6 +124,7 @@ void XEmbedItem::undock()
     m_isMapped = false;
     m_requested = {};
     m_shape = {};
+    m_ground = {};
 }
 
 void XEmbedItem::createWindow()
@@ -211,9 +213,17 @@ void XEmbedItem::fit()
     render();
     requestSize();
     paint();
-    // A tray that composes its items itself may do so before the item has found its place.
+    if (m_blends || m_ground.isNull())
+        m_settling.start();
+}
+
+// A tray that composes its items itself may have done so before the item had found its place.
+void XEmbedItem::settle()
+{
     if (m_blends)
-        m_repaint.start();
+        paint();
+    else if (isDocked() && m_isMapped && !compositorRuns())
+        m_ground = panelGround(place());
 }
 
 void XEmbedItem::render()
@@ -229,10 +239,26 @@ void XEmbedItem::paint()
         return;
     QImage image(m_size.boundedTo(mostPainted), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QPainter(&image).drawImage(inMiddle(m_pill.size(), image.size()), m_pill);
+    QPainter painter(&image);
+    if (!m_ground.isNull())
+        painter.drawImage(QRect({}, QSize(image.width(), m_ground.height())), m_ground);
+    painter.drawImage(inMiddle(m_pill.size(), image.size()), m_pill);
+    painter.end();
+    const bool keepsShape = m_blends || m_shape.size() == m_pill.size();
+    // Trays let stay what was there where the window is cut to less, or comes anew.
+    if (!keepsShape && !m_ground.isNull())
+        xcb_shape_mask(X11Connection::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+            m_window, 0, 0, XCB_NONE);
+    put(image);
+    if (keepsShape) // Pills of a size have the same outline.
+        return;
+    cutOut();
+    put(image); // Where it was cut to more.
+}
+
+void XEmbedItem::put(const QImage& image)
+{
     const auto corner = inMiddle(image.size(), m_size);
-    if (!m_blends)
-        cutOut(image, corner);
     auto* const x = X11Connection::connection();
     xcb_put_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, m_context,
         static_cast<uint16_t>(image.width()), static_cast<uint16_t>(image.height()),
@@ -241,19 +267,17 @@ void XEmbedItem::paint()
     xcb_flush(x);
 }
 
-void XEmbedItem::cutOut(const QImage& image, const QPoint& corner)
+void XEmbedItem::cutOut()
 {
-    if (m_shape.size() == m_pill.size())
-        return; // Pills of a size have the same outline.
-    // Cut to less than the whole pill, the window would have corners for a moment, and a tray
-    // need not paint over what they leave behind.
-    if (m_pill.width() > image.width() || m_pill.height() > image.height())
+    // Cut to less than the whole pill, the window would have corners for a moment.
+    if (m_pill.width() > m_size.width() || m_pill.height() > m_size.height())
         return;
     m_shape = m_pill;
+    const auto corner = inMiddle(m_pill.size(), m_size);
     QList<xcb_rectangle_t> rows;
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        const auto* end = line + image.width();
+    for (int y = 0; y < m_pill.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(m_pill.constScanLine(y));
+        const auto* end = line + m_pill.width();
         const auto opaque = [](QRgb pixel) { return qAlpha(pixel) >= 128; };
         const auto* first = std::find_if(line, end, opaque);
         if (first == end)
@@ -271,14 +295,17 @@ void XEmbedItem::cutOut(const QImage& image, const QPoint& corner)
 
 QRect XEmbedItem::geometry() const
 {
-    if (!m_isMapped)
-        return {};
+    return m_isMapped ? toPoints(place()) : QRect();
+}
+
+QRect XEmbedItem::place() const
+{
     auto* const x = X11Connection::connection();
     const auto cookie = xcb_translate_coordinates(x, m_window, X11Connection::root(), 0, 0);
     const auto reply = X11Connection::owned(xcb_translate_coordinates_reply(x, cookie, nullptr));
     if (!reply)
         return {};
-    return toPoints({ QPoint(reply->dst_x, reply->dst_y), m_size });
+    return { QPoint(reply->dst_x, reply->dst_y), m_size };
 }
 
 bool XEmbedItem::nativeEventFilter(const QByteArray&, void* message, qintptr*)

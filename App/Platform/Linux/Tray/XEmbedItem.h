@@ -46,7 +46,10 @@ private:
     void click(const xcb_button_release_event_t& release);
     void render();
     void paint();
-    void cutOut(const QImage& image, const QPoint& corner);
+    void settle();
+    void put(const QImage& image);
+    void cutOut();
+    QRect place() const; // In pixels of the root window.
 
     const XEmbedTray& m_tray;
     StatusPainter m_painter;
@@ -60,7 +63,8 @@ private:
     bool m_isPressed = false;
     QSize m_size; // Of the window, in device pixels.
     QSize m_requested;
-    QTimer m_repaint;
+    QTimer m_settling; // Until the tray has done with what it does to an item that comes.
     QImage m_pill;
     QImage m_shape; // What the window was last cut to.
+    QImage m_ground; // Of the panel, where the window is cut to shape.
 };
