@@ -244,16 +244,19 @@ void XEmbedItem::paint()
         painter.drawImage(QRect({}, QSize(image.width(), m_ground.height())), m_ground);
     painter.drawImage(inMiddle(m_pill.size(), image.size()), m_pill);
     painter.end();
-    const bool keepsShape = m_blends || m_shape.size() == m_pill.size();
+    const bool isCut
+        = !m_blends && m_shape.size() != m_pill.size(); // Else the outline is the same.
     // Trays let stay what was there where the window is cut to less, or comes anew.
-    if (!keepsShape && !m_ground.isNull())
+    const bool covers = isCut && !m_ground.isNull();
+    if (covers)
         xcb_shape_mask(X11Connection::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
             m_window, 0, 0, XCB_NONE);
+    else if (isCut)
+        cutOut();
     put(image);
-    if (keepsShape) // Pills of a size have the same outline.
-        return;
-    cutOut();
-    put(image); // Where it was cut to more.
+    if (covers)
+        cutOut();
+    xcb_flush(X11Connection::connection());
 }
 
 void XEmbedItem::put(const QImage& image)
@@ -264,7 +267,6 @@ void XEmbedItem::put(const QImage& image)
         static_cast<uint16_t>(image.width()), static_cast<uint16_t>(image.height()),
         static_cast<int16_t>(corner.x()), static_cast<int16_t>(corner.y()), 0, m_depth,
         static_cast<uint32_t>(image.sizeInBytes()), image.constBits());
-    xcb_flush(x);
 }
 
 void XEmbedItem::cutOut()
