@@ -71,6 +71,13 @@ def is_name_owned(name):
     return "true" in answer
 
 
+def has_window_manager():
+    """Whether one runs: the window that one left its name in goes with it."""
+    told = re.search(r"window id # (0x\w+)", run("xprop -root _NET_SUPPORTING_WM_CHECK"))
+    command = f"xprop -id {told[1]} _NET_WM_NAME" if told else "false"
+    return subprocess.run(command, shell=True, capture_output=True, timeout=20).returncode == 0
+
+
 def enable_accessibility():
     run(
         "gdbus call --session -d org.a11y.Bus -o /org/a11y/bus"

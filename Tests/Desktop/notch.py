@@ -8,7 +8,7 @@ import time
 import unittest
 
 import desktop
-from desktop import Corvella, Daemon, click, run, store, wait_until
+from desktop import Corvella, Daemon, click, has_window_manager, run, store, wait_until
 
 ENTER, LEAVE, CONFIGURE = 7, 8, 22
 
@@ -76,13 +76,6 @@ def shows_tab(frame):
     inside = [(0, 0), (width - 1, 0), (width // 2, height - 1), (width // 2, 0)]
     beyond = [(-1, 0), (width, 0), (width // 2, height), (0, height - 1), (width - 1, height - 1)]
     return all(black(*each) for each in inside) and not any(black(*each) for each in beyond)
-
-
-def has_window_manager():
-    """Whether one runs: the window that one left its name in goes with it."""
-    told = re.search(r"window id # (0x\w+)", run("xprop -root _NET_SUPPORTING_WM_CHECK"))
-    command = f"xprop -id {told[1]} _NET_WM_NAME" if told else "false"
-    return subprocess.run(command, shell=True, capture_output=True, timeout=20).returncode == 0
 
 
 class Watch:

@@ -9,7 +9,7 @@ import subprocess
 import time
 
 import desktop
-from desktop import Daemon, run, wait_until
+from desktop import Daemon, has_window_manager, run, wait_until
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 
@@ -110,13 +110,10 @@ class X11Session(Session):
         run("dbus-update-activation-environment --all")
         self.write_settings()
         self.manager = Daemon(self.window_manager)
-        wait_until(self.has_window_manager, "the window manager runs", 60)
+        wait_until(has_window_manager, "the window manager runs", 60)
         if self.composited:
             self.start_compositor()
         self.start_panel()
-
-    def has_window_manager(self):
-        return "window id" in run("xprop -root _NET_SUPPORTING_WM_CHECK")
 
     def start_panel(self):
         self.panel_process = Daemon(self.panel_command)
